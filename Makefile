@@ -1,0 +1,38 @@
+# Front door: `make test` and `make demo` are all a fresh machine needs.
+SANITIZE ?= 0
+JOBS ?= 2
+ifeq ($(SANITIZE),1)
+BUILD ?= build-sanitize
+CMAKE_FLAGS = -DCMAKE_BUILD_TYPE=Debug -DKIV_SANITIZE=ON
+else
+BUILD ?= build
+CMAKE_FLAGS = -DCMAKE_BUILD_TYPE=RelWithDebInfo
+endif
+
+.PHONY: all bootstrap configure build test demo bench clean
+
+all: build
+
+bootstrap:
+	@scripts/bootstrap
+
+configure: bootstrap
+	@cmake -S . -B $(BUILD) $(CMAKE_FLAGS) >/dev/null
+
+build: configure
+	@cmake --build $(BUILD) -j $(JOBS)
+
+test: build
+	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+
+demo: build
+	@test -x $(BUILD)/kivcust || { echo "kivcust is not built yet"; exit 1; }
+	@$(BUILD)/kivcust repl
+
+bench: bootstrap
+	@cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DKIV_BUILD_BENCH=ON -DKIV_BUILD_TESTS=OFF >/dev/null
+	@cmake --build build-bench -j $(JOBS)
+	@test -x build-bench/bench/run_bench && build-bench/bench/run_bench || echo "no benchmarks yet"
+
+clean:
+	rm -rf build build-sanitize build-bench

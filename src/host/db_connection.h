@@ -1,0 +1,32 @@
+// The host's database connection: every database call of the component goes through it.
+// An expected failure sets the error flag (the host has already reported it); an
+// unexpected one throws HostError.
+#pragma once
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "core/variant.h"
+#include "host/command.h"
+#include "host/recordset.h"
+
+namespace kiv::host {
+
+class DBConnection {
+ public:
+  virtual ~DBConnection() = default;
+  virtual std::string UserPassword() = 0;
+  virtual std::string UserID() = 0;
+  virtual std::shared_ptr<Recordset> OpenReadOnlyRecordset(const std::string& sql, bool& error) = 0;
+  virtual std::shared_ptr<Recordset> OpenForwardReadOnlyRecordset(const std::string& sql, bool& error) = 0;
+  virtual std::shared_ptr<Recordset> OpenUpdatableRecordset(const std::string& sql, bool& error) = 0;
+  virtual void ExecuteSQL(const std::string& sql, bool& error, Variant& extra) = 0;
+  virtual std::shared_ptr<Command> CreateCommand(bool& error) = 0;
+  virtual std::shared_ptr<Command> CreateCommandText(const std::string& text) = 0;
+  virtual int32_t GetNextSequenceNo(const std::string& sequence_name) = 0;
+  virtual void ExecuteCommand(const std::shared_ptr<Command>& command, bool& error) = 0;
+  virtual std::shared_ptr<Recordset> cmdOpenForwardReadOnlyRecordset(const std::shared_ptr<Command>& command,
+                                                                     bool& error, Variant& extra) = 0;
+};
+
+}  // namespace kiv::host
