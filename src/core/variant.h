@@ -56,6 +56,9 @@ class Variant {
   double ToDouble() const;
   Currency ToCurrency() const;
   Date ToDate() const;
+  //! Text as CStr gives it: Empty "", Boolean "True"/"False", numbers plain decimal (15
+  //! significant digits), dates "M/D/YYYY" with " h:mm:ss AM/PM" after it when there is a
+  //! time; a date on the zero day shows only its time (the zero date is "12:00:00 AM").
   std::string ToString() const;
   //! The bytes of a Bytes value, or the text's bytes of a String; raises 13 otherwise.
   Bytes ToBytes() const;
@@ -87,7 +90,8 @@ double Val(std::string_view text);
 bool IsNumeric(const Variant& v);
 
 // Null conversion of values read from the database: null (and Empty) to empty text,
-// 0, False or the zero date; other values converted leniently (bad text gives 0/False).
+// 0, False or the zero date; other values converted leniently (bad text gives 0/False,
+// the zero date or ""); a number too large for the target still raises overflow (6).
 std::string NzString(const Variant& v);
 int16_t NzInt(const Variant& v);
 int32_t NzLong(const Variant& v);
