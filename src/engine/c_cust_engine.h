@@ -1,0 +1,151 @@
+// The component's entry object: the host hands it its application server, and the engine
+// reads the user's rights and the system parameters once, keeps a small cache of opened
+// customers and opens, shows and picks customers for the host.
+#pragma once
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "core/clock.h"
+#include "core/keyed_collection.h"
+#include "host/app_server.h"
+#include "host/db_connection.h"
+#include "host/error_object.h"
+#include "ui/ui.h"
+
+namespace kiv {
+
+class CCustomer;
+class frmFind;
+
+//! The optional by-reference arguments of OpenCustomer. A connection or error object given
+//! here becomes the engine's own; one left out receives the engine's.
+struct OpenCustomerArgs {
+  std::shared_ptr<host::DBConnection> oDB;
+  std::shared_ptr<host::ErrorObject> oError;
+  //! True when the customer could not be opened; left as given when it came from the cache.
+  bool bError = false;
+};
+
+class CCustEngine {
+ public:
+  //! Builds the error-source name; no screen, cache or host object exists yet.
+  CCustEngine();
+  //! Empties the cache entry by entry.
+  ~CCustEngine();
+  CCustEngine(const CCustEngine&) = delete;
+  CCustEngine& operator=(const CCustEngine&) = delete;
+
+  //! Stores the year as given.
+  void SetFiscalYear(int32_t value) { fiscal_year_ = value; }
+  //! The current fiscal year; while it is unknown (0) the system parameters are asked again.
+  int32_t FiscalYear();
+  void SetErrorObject(std::shared_ptr<host::ErrorObject> value) { error_object_ = std::move(value); }
+  void SetDBConnection(std::shared_ptr<host::DBConnection> value) { db_connection_ = std::move(value); }
+  //! Stores the application server and reads, from it, the connection, the error object, the
+  //! user's settings and rights, the system country and the fiscal year. Failures are ignored
+  //! step by step.
+  void SetAppServer(std::shared_ptr<host::AppServer> value);
+
+  //! The customer from the cache, or opened from the database (then cached). A customer that
+  //! failed to open is still returned, with args.bError True. Never null.
+  std::shared_ptr<CCustomer> OpenCustomer(int32_t lCustomerNo, OpenCustomerArgs& args);
+  std::shared_ptr<CCustomer> OpenCustomer(int32_t lCustomerNo);
+
+  //! Writes the customer's ability, shoe size and height and weight ranges to its setting row
+  //! (added when missing); False for an unsaved customer or on any failure.
+  bool SaveRentalProfileInformation(const std::shared_ptr<CCustomer>& oCustomer);
+  //! Reads the customer's alerts and rental settings; False without a customer.
+  bool OpenRentalProfileInformation(const std::shared_ptr<CCustomer>& oCustomer);
+  //! Gives every cached member of oCust's household oCust's own address collection (the same
+  //! object), so an address change through one is seen by all.
+  void UpdateAddressThroughCollection(const std::shared_ptr<CCustomer>& oCust);
+  //! "KIVCustomer=1.0.0": the component's name and version.
+  std::string VersionStamp() const;
+
+  // ---- component-internal ----
+  bool AllowCustAdd() const { return allow_cust_add_; }
+  bool AllowCustAddComp() const { return allow_cust_add_comp_; }
+  bool AllowCustEdit() const { return allow_cust_edit_; }
+  bool AllowCustActEdit() const { return allow_cust_act_edit_; }
+  bool AllowCCDelete() const { return allow_cc_delete_; }
+  bool AllowCustShowForecast() const { return allow_cust_show_forecast_; }
+  bool AllowCustShowClub() const { return allow_cust_show_club_; }
+  bool AllowCustDedup() const { return allow_cust_dedup_; }
+  bool AllowCustEditWRsvp() const { return allow_cust_edit_wrsvp_; }
+  bool AllowCustEditComp() const { return allow_cust_edit_comp_; }
+  bool AllowCustEditProfile() const { return allow_cust_edit_profile_; }
+
+  std::shared_ptr<host::AppServer> AppServer() const { return app_server_; }
+  //! The connection and error object the screens use.
+  std::shared_ptr<host::DBConnection> DBConnection() const { return db_connection_; }
+  std::shared_ptr<host::ErrorObject> ErrorObject() const { return error_object_; }
+
+  bool UseCollection() const { return use_collection_; }
+  //! Stores and saves the setting ("True"/"False"); turning it off empties the cache at once.
+  void SetUseCollection(bool value);
+
+  //! Caches a customer under its number (only with UseCollection on). A full cache drops its
+  //! oldest entry first; a number already cached keeps the older entry.
+  void AddToCache(const std::shared_ptr<CCustomer>& customer);
+  //! The cached customer of that number, or null (also when there is no cache).
+  std::shared_ptr<CCustomer> CachedCustomer(int32_t customer_no) const;
+  //! Number of cached customers (0 when there is no cache).
+  size_t CacheCount() const;
+  //! The most customers the cache holds.
+  int16_t CacheLimit() const { return cache_limit_; }
+
+  //! "KIVCustomer.CCustEngine (1.0.0)": the prefix of the engine's error sources.
+  const std::string& SourceName() const { return source_name_; }
+
+  //! Where message boxes and modal screens go; handed to every customer the engine creates.
+  //! A silent Ui until one is set; null restores it.
+  void SetUi(std::shared_ptr<ui::Ui> value);
+  std::shared_ptr<ui::Ui> GetUi() const { return ui_; }
+  //! Where "now" comes from for the engine's screens; the system clock until one is set.
+  void SetClock(std::shared_ptr<Clock> value);
+  std::shared_ptr<Clock> GetClock() const { return clock_; }
+
+  //! A caller's host object becomes the engine's; an absent one receives the engine's.
+  void ExchangeHostObjects(std::shared_ptr<host::DBConnection>& oDB, std::shared_ptr<host::ErrorObject>& oError);
+
+ private:
+  using CustomerCache = KeyedCollection<std::shared_ptr<CCustomer>>;
+
+  //! The lookup of the open operations: the cached customer when UseCollection is on.
+  std::shared_ptr<CCustomer> LookUpCache(int32_t customer_no) const;
+  //! Opens a customer from the database after the host-object exchange; bError := not opened.
+  //! Caches it when it opened and UseCollection is on. Never null.
+  std::shared_ptr<CCustomer> OpenFromDatabase(int32_t lCustomerNo, std::shared_ptr<host::DBConnection>& oDB,
+                                              std::shared_ptr<host::ErrorObject>& oError, bool& bError);
+  void ReadPermissions();
+  void ReadSystemParameters();
+  void EmptyCache();
+
+  std::shared_ptr<host::AppServer> app_server_;
+  std::shared_ptr<host::ErrorObject> error_object_;
+  std::shared_ptr<host::DBConnection> db_connection_;
+  //! The search screen, created on first use and kept loaded between searches.
+  std::shared_ptr<frmFind> search_screen_;
+  std::unique_ptr<CustomerCache> customer_cache_;
+  int16_t cache_limit_ = 0;
+  bool allow_cust_add_ = false;
+  bool allow_cust_add_comp_ = false;
+  bool allow_cust_edit_ = false;
+  bool allow_cust_act_edit_ = false;
+  bool allow_cc_delete_ = false;
+  bool allow_cust_show_forecast_ = false;
+  bool allow_cust_show_club_ = false;
+  bool allow_cust_dedup_ = false;
+  bool allow_cust_edit_wrsvp_ = false;
+  bool allow_cust_edit_comp_ = false;
+  bool allow_cust_edit_profile_ = false;
+  bool use_collection_ = false;
+  std::string source_name_;
+  int32_t fiscal_year_ = 0;
+
+  std::shared_ptr<ui::Ui> ui_;
+  std::shared_ptr<Clock> clock_;
+};
+
+}  // namespace kiv
