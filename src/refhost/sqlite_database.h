@@ -1,0 +1,120 @@
+// One open SQLite database file: the handle, the prepared-statement cache and the small
+// helpers every part of the reference host uses to run a statement with bound values.
+#pragma once
+#include <cstdint>
+#include <functional>
+#include <list>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "core/clock.h"
+#include "core/variant.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace kiv::refhost {
+
+//! Error numbers the reference host raises (HostError::number).
+inline constexpr int32_t kErrDatabase = -2147217900;  // a statement failed or was refused
+inline constexpr int32_t kErrOpen = -2147467259;      // the database file cannot be used
+
+struct OpenOptions {
+  bool create_if_missing = true;
+  int busy_timeout_ms = 5000;
+  //! Where GETDATE() and the logs take the time from; the system clock when null.
+  std::shared_ptr<Clock> clock;
+};
+
+//! A statement taken from the cache; reset and unbound again when the lease ends.
+class StatementLease {
+ public:
+  //! `owned`: a private copy finalized at the end (the cached one was in use).
+  StatementLease(sqlite3_stmt* stmt, bool* busy, bool owned) : stmt_(stmt), busy_(busy), owned_(owned) {}
+  StatementLease(StatementLease&& other) noexcept : stmt_(other.stmt_), busy_(other.busy_), owned_(other.owned_) {
+    other.stmt_ = nullptr;
+  }
+  StatementLease(const StatementLease&) = delete;
+  StatementLease& operator=(const StatementLease&) = delete;
+  StatementLease& operator=(StatementLease&&) = delete;
+  ~StatementLease();
+  sqlite3_stmt* get() const { return stmt_; }
+
+ private:
+  sqlite3_stmt* stmt_;
+  bool* busy_;
+  bool owned_;
+};
+
+class SqliteDatabase {
+ public:
+  //! Opens (or creates) the file in WAL mode with a busy timeout; throws HostError(kErrOpen)
+  //! with a message naming the file when it is missing, read-only, locked or not a database.
+  static std::shared_ptr<SqliteDatabase> Open(const std::string& path, const OpenOptions& options = {});
+  ~SqliteDatabase();
+  SqliteDatabase(const SqliteDatabase&) = delete;
+  SqliteDatabase& operator=(const SqliteDatabase&) = delete;
+
+  sqlite3* Handle() const { return db_; }
+  const std::string& Path() const { return path_; }
+  Date Now() const;
+  const std::shared_ptr<Clock>& GetClock() const { return clock_; }
+  void SetClock(std::shared_ptr<Clock> clock);
+
+  //! Prepares (or takes from the cache) exactly one statement; text after the first statement
+  //! is refused. Throws HostError(kErrDatabase).
+  StatementLease Prepare(const std::string& sql);
+  //! Runs a script of several statements (schema creation); throws HostError.
+  void ExecScript(const std::string& sql);
+
+  //! Runs one statement with positional values; returns the rows changed.
+  int Execute(const std::string& sql, const std::vector<Variant>& args = {});
+  //! First column of the first row, Null when there is no row.
+  Variant QueryValue(const std::string& sql, const std::vector<Variant>& args = {});
+  //! Every row of a query, each as its values in column order.
+  std::vector<std::vector<Variant>> QueryRows(const std::string& sql, const std::vector<Variant>& args = {});
+  int64_t LastInsertRowid() const;
+
+  //! Throws HostError(kErrDatabase) with SQLite's message for the last failure.
+  [[noreturn]] void Fail(const std::string& context) const;
+
+ private:
+  SqliteDatabase(sqlite3* db, std::string path, std::shared_ptr<Clock> clock);
+  void Evict();
+
+  sqlite3* db_;
+  std::string path_;
+  std::shared_ptr<Clock> clock_;
+  struct Cached {
+    sqlite3_stmt* stmt = nullptr;
+    std::unique_ptr<bool> busy;
+  };
+  std::unordered_map<std::string, Cached> cache_;
+  std::list<std::string> cache_order_;
+};
+
+//! A transaction that rolls back unless committed. `immediate` takes the write lock at once.
+class Transaction {
+ public:
+  Transaction(SqliteDatabase& db, bool immediate);
+  ~Transaction();
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  void Commit();
+
+ private:
+  SqliteDatabase& db_;
+  bool open_ = false;
+};
+
+//! Binds a value to a statement parameter (1-based): Boolean as 1/0, Date as ISO text,
+//! Currency as a real, Empty and Null as NULL.
+void BindVariant(sqlite3_stmt* stmt, int index, const Variant& value);
+//! A date as stored: "YYYY-MM-DD HH:MM:SS".
+std::string DateToText(const Date& date);
+//! A column read by its storage class alone (expressions without a declared type).
+Variant ColumnVariant(sqlite3_stmt* stmt, int column);
+
+}  // namespace kiv::refhost
