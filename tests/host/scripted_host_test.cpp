@@ -1,0 +1,166 @@
+// The scripted host itself: later tests trust it to record assignment order, to look
+// parameters up without regard to case, to answer entries in order and to record writes.
+#include "support/scripted_host.h"
+
+#include <gtest/gtest.h>
+
+#include "host/db_patterns.h"
+#include "host/host_error.h"
+
+namespace kiv::test {
+namespace {
+
+using host::PrepareProcedure;
+
+TEST(ScriptedHostParameters, AssignmentsAreRecordedInOrderUnderTheServersNames) {
+  ScriptedHost host;
+  host.OnProcedure("KIV_SP_UpdateAddress").Params({"@RETURN_VALUE", "@address_no", "@customer_no", "@zip"});
+  auto command = PrepareProcedure(*host.db, "kiv_sp_updateaddress");
+  auto& params = command->GetParameters();
+  params["@ZIP"].SetValue("05401");
+  params["@Address_No"].SetValue(12);
+  params[2].SetValue(7);
+  params["@zip"].SetValue(Variant::Null());
+  bool error = false;
+  host.db->ExecuteCommand(command, error);
+
+  EXPECT_EQ(host.AssignmentsOf("KIV_SP_UpdateAddress"),
+            (std::vector<Assignment>{{"@zip", "05401"}, {"@address_no", 12}, {"@customer_no", 7},
+                                     {"@zip", Variant::Null()}}));
+  EXPECT_EQ(host.Log().back().command_type, host::adCmdStoredProc);
+  EXPECT_THROW(params["@nope"], HostError);
+  EXPECT_EQ(params.Find("@nope"), nullptr);
+}
+
+TEST(ScriptedHostParameters, EachExecutionKeepsOnlyItsOwnAssignments) {
+  ScriptedHost host;
+  auto command = PrepareProcedure(*host.db, "KIV_SP_SaveRow");  // unscripted: created on assignment
+  bool error = false;
+  command->GetParameters()["@row"].SetValue(1);
+  command->GetParameters()["@text"].SetValue("a");
+  host.db->ExecuteCommand(command, error);
+  command->GetParameters()["@ROW"].SetValue(2);
+  host.db->ExecuteCommand(command, error);
+
+  EXPECT_EQ(host.AssignedNames("KIV_SP_SaveRow", 0), (std::vector<std::string>{"@row", "@text"}));
+  EXPECT_EQ(host.AssignmentsOf("KIV_SP_SaveRow", 1), (std::vector<Assignment>{{"@row", 2}}));
+  EXPECT_EQ(command->GetParameters().Count(), 2);
+}
+
+TEST(ScriptedHostParameters, AssignmentComparisonSeesValueAndNullDifferences) {
+  EXPECT_EQ((Assignment{"@a", 5}), (Assignment{"@a", 5.0}));
+  EXPECT_NE((Assignment{"@a", 5}), (Assignment{"@a", 6}));
+  EXPECT_NE((Assignment{"@a", Variant::Null()}), (Assignment{"@a", ""}));
+  EXPECT_NE((Assignment{"@a", Variant()}), (Assignment{"@a", 0}));
+  EXPECT_NE((Assignment{"@a", 5}), (Assignment{"@A", 5}));
+}
+
+TEST(ScriptedHostParameters, OutputsArriveAtExecutionNotBefore) {
+  ScriptedHost host;
+  host.OnProcedure("KIV_SP_X").Params({"@RETURN_VALUE", Out("@message")}).Outputs({{"@message", "refused"}}).ReturnValue(-3);
+  auto command = PrepareProcedure(*host.db, "KIV_SP_X");
+  EXPECT_TRUE(command->GetParameters()["@message"].Value().IsEmpty());
+  bool error = false;
+  host.db->ExecuteCommand(command, error);
+  EXPECT_EQ(CLng(command->GetParameters()["@return_value"].Value()), -3);
+  EXPECT_EQ(CStr(command->GetParameters()["@message"].Value()), "refused");
+  EXPECT_TRUE(host.AssignmentsOf("KIV_SP_X").empty());
+}
+
+TEST(ScriptedHostScript, OnceEntriesAnswerInTurnThenTheStandingOne) {
+  ScriptedHost host;
+  host.OnQuery("SELECT n").Once().Row({{"n", 1}});
+  host.OnQueryContaining("SELECT").Row({{"n", 2}});
+  host.OnQuery("SELECT n").Once().Row({{"n", 3}});  // shadowed by the standing entry
+  std::vector<int32_t> seen;
+  for (int i = 0; i < 3; ++i) {
+    host::ScopedRecordset rs = host::OpenQuery(*host.db, "SELECT n");
+    seen.push_back(CLng((*rs)["n"]));
+  }
+  EXPECT_EQ(seen, (std::vector<int32_t>{1, 2, 2}));
+  host::ScopedRecordset none = host::OpenQuery(*host.db, "OTHER");
+  EXPECT_TRUE(none && none.Eof());
+}
+
+TEST(ScriptedHostScript, ThrownErrorsAndFlagsAreLogged) {
+  ScriptedHost host;
+  host.OnQuery("UPDATE t SET a = 1").Throws(-2147467259, "Timeout");
+  host.db->FailNext(CallKind::ExecuteSQL);
+  bool error = false;
+  Variant extra;
+  host.db->ExecuteSQL("UPDATE t SET a = 1", error, extra);
+  EXPECT_TRUE(error);
+  try {
+    host.db->ExecuteSQL("UPDATE t SET a = 1", error, extra);
+    FAIL() << "the scripted failure must be thrown";
+  } catch (const HostError& e) {
+    EXPECT_EQ(e.number, -2147467259);
+  }
+  EXPECT_EQ(host.SqlTexts(), (std::vector<std::string>{"UPDATE t SET a = 1", "UPDATE t SET a = 1"}));
+  EXPECT_TRUE(host.Log()[0].error);
+  EXPECT_EQ(host.db->GetNextSequenceNo("seq_address_no"), 1);
+  host.db->SetNextSequence("seq_forecast_no", 40);
+  EXPECT_EQ(host.db->GetNextSequenceNo("seq_forecast_no"), 40);
+  EXPECT_EQ(host.db->GetNextSequenceNo("seq_forecast_no"), 41);
+}
+
+TEST(ScriptedHostRecordsets, UpdatableRecordsetRecordsWritesAndReadOnlyRefusesThem) {
+  ScriptedHost host;
+  host.OnQuery("SELECT a FROM t").Row({{"a", 1}});
+  bool error = false;
+  auto rs = host.db->OpenUpdatableRecordset("SELECT * FROM kiv_images WHERE customer_no = 5", error);
+  rs->AddNew();
+  rs->FieldByName("customer_no").SetValue(5);
+  rs->FieldByName("image_no").SetValue(1);
+  rs->Update();
+  rs->Close();
+  EXPECT_THROW(rs->Eof(), HostError);
+  EXPECT_EQ(host.db->Recordsets()[0]->OpsText(),
+            (std::vector<std::string>{"AddNew", "Set customer_no=5", "Set image_no=1", "Update", "Close"}));
+
+  auto ro = host.db->OpenReadOnlyRecordset("SELECT a FROM t", error);
+  EXPECT_EQ(ro->RecordCount(), 1);
+  EXPECT_THROW(ro->FieldByName("a").SetValue(2), HostError);
+  EXPECT_THROW(ro->FieldByName("b"), HostError);
+  ro->MoveNext();
+  EXPECT_THROW(ro->FieldByName("a").Value(), HostError);
+}
+
+TEST(ScriptedHostRecordsets, LongFieldsComeAndGoInChunks) {
+  ScriptedHost host;
+  host.OnQuery("SELECT blob").Columns({LongCol("image_blob"), Col("id", host::adInteger)}).Values({Bytes(5, 9), 1});
+  bool error = false;
+  auto rs = host.db->OpenUpdatableRecordset("SELECT blob", error);
+  host::Field& blob = rs->FieldByName("IMAGE_BLOB");
+  EXPECT_EQ(blob.ActualSize(), 5);
+  EXPECT_EQ(blob.GetChunk(2).ToBytes().size(), 2u);
+  EXPECT_EQ(blob.GetChunk(4).ToBytes().size(), 3u);
+  EXPECT_TRUE(blob.GetChunk(4).IsNull());
+  blob.AppendChunk(Bytes{});
+  blob.AppendChunk(Bytes{1, 2});
+  blob.AppendChunk(Bytes{3});
+  EXPECT_EQ(blob.Value().ToBytes(), (Bytes{1, 2, 3}));
+  EXPECT_THROW(rs->FieldByName("id").GetChunk(1), HostError);
+}
+
+TEST(ScriptedHostServices, PermissionsSettingsAndReportsAreRecorded) {
+  ScriptedHost host;
+  host.app->Grant("custedit");
+  EXPECT_TRUE(CBool(host.app->CheckPermission("CUSTEDIT", "Customer", "")));
+  EXPECT_FALSE(CBool(host.app->CheckPermission("CUSTADD", "Customer", "")));
+  EXPECT_EQ(host.app->AskedCodes(), (std::vector<std::string>{"CUSTEDIT", "CUSTADD"}));
+
+  host.settings->Seed("AppData", "Customer", "UseCollection", "1");
+  EXPECT_EQ(host.settings->GetSetting("appdata", "customer", "usecollection", "0"), "1");
+  EXPECT_EQ(host.settings->GetSetting("AppData", "Customer", "Other", "d"), "d");
+  host.settings->SaveSetting("AppData", "Customer", "Other", "x");
+  EXPECT_EQ(host.settings->Stored("AppData", "Customer", "OTHER"), "x");
+  EXPECT_EQ(host.settings->SavedKeys(), std::vector<std::string>{"Other"});
+
+  host.errors->ThrowOnDisplay(5);
+  EXPECT_THROW(host.errors->Display(3, "src", "desc", false, {}, {}, {}, nullptr, ""), HostError);
+  EXPECT_EQ(host.errors->Last().description, "desc");
+}
+
+}  // namespace
+}  // namespace kiv::test
