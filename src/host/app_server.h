@@ -8,6 +8,7 @@
 #include "host/db_connection.h"
 #include "host/error_object.h"
 #include "host/settings_store.h"
+#include "host/suite_services.h"
 
 namespace kiv::host {
 
@@ -25,8 +26,21 @@ class AppServer {
   virtual Variant CheckPermission(const std::string& task_code, const std::string& area,
                                   const std::string& sub_area) = 0;
 
-  // Suite services (typed interfaces in host/suite_services.h) are added here as
-  // getters that answer null when the host has none.
+  // Suite services. Each answers null when the suite has none; the screens then behave
+  // as each command says for a missing service.
+
+  //! The reservation editor.
+  virtual std::shared_ptr<ReservationService> GetReservationService() { return nullptr; }
+  //! The invoicing of sales-order lines.
+  virtual std::shared_ptr<InvoicingService> GetInvoicingService() { return nullptr; }
+  //! The workstation's register object.
+  virtual std::shared_ptr<RegisterService> GetRegister() { return nullptr; }
+  //! A new will-call screen object (the caller keeps it while it needs it).
+  virtual std::shared_ptr<WillCallService> CreateWillCall() { return nullptr; }
+  //! Report lookup and printing.
+  virtual std::shared_ptr<ReportService> GetReportService() { return nullptr; }
+  //! A new manual card-entry control.
+  virtual std::shared_ptr<CardEntryControl> CreateCardEntry() { return nullptr; }
 };
 
 }  // namespace kiv::host

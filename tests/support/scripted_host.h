@@ -34,7 +34,10 @@
 //   support/scripted_services.h    ScriptedErrorObject (Calls, Last, ThrowOnDisplay),
 //       ScriptedSettingsStore (Seed, Stored, Saves, Gets, SavedKeys), ScriptedAppServer
 //       (Grant, GrantAll, ThrowOnPermission, PermissionCalls, AskedCodes, Activities,
-//       SetConnection / SetErrorObject / SetSettings, and the suite services).
+//       SetConnection / SetErrorObject / SetSettings, Set<Service> for the suite services).
+//   support/scripted_suite.h       ScriptedReservationService, ScriptedInvoicingService,
+//       ScriptedRegister, ScriptedWillCall, ScriptedReportService, ScriptedCardEntry,
+//       ScriptedCardObject: each records Calls() / Operations() and answers SetAnswer().
 //
 // Failure messages print values, assignments and calls readably (PrintTo below).
 #pragma once
@@ -47,6 +50,7 @@
 #include "support/scripted_connection.h"
 #include "support/scripted_recordset.h"
 #include "support/scripted_services.h"
+#include "support/scripted_suite.h"
 
 namespace kiv::test {
 

@@ -117,4 +117,14 @@ Variant ScriptedAppServer::CheckPermission(const std::string& task_code, const s
   return Variant(it == permissions_.end() ? default_permission_ : it->second);
 }
 
+std::shared_ptr<host::WillCallService> ScriptedAppServer::CreateWillCall() {
+  ++will_call_creations_;
+  return will_call_;
+}
+
+std::shared_ptr<host::CardEntryControl> ScriptedAppServer::CreateCardEntry() {
+  ++card_entry_creations_;
+  return card_entry_;
+}
+
 }  // namespace kiv::test

@@ -103,6 +103,18 @@ class ScriptedAppServer : public host::AppServer {
   void SetErrorObject(std::shared_ptr<host::ErrorObject> errors) { errors_ = std::move(errors); }
   void SetSettings(std::shared_ptr<host::SettingsStore> settings) { settings_ = std::move(settings); }
 
+  // Suite services (scripted ones are in support/scripted_suite.h); none unless set.
+  void SetReservationService(std::shared_ptr<host::ReservationService> s) { reservations_ = std::move(s); }
+  void SetInvoicingService(std::shared_ptr<host::InvoicingService> s) { invoicing_ = std::move(s); }
+  void SetRegister(std::shared_ptr<host::RegisterService> s) { register_ = std::move(s); }
+  //! CreateWillCall hands out this object (the same one each time) and counts the requests.
+  void SetWillCall(std::shared_ptr<host::WillCallService> s) { will_call_ = std::move(s); }
+  void SetReportService(std::shared_ptr<host::ReportService> s) { reports_ = std::move(s); }
+  //! CreateCardEntry hands out this object (the same one each time) and counts the requests.
+  void SetCardEntry(std::shared_ptr<host::CardEntryControl> s) { card_entry_ = std::move(s); }
+  size_t WillCallCreations() const { return will_call_creations_; }
+  size_t CardEntryCreations() const { return card_entry_creations_; }
+
   //! Every CheckPermission, in order.
   const std::vector<PermissionCall>& PermissionCalls() const { return permission_calls_; }
   //! Just the task codes of PermissionCalls, in order.
@@ -118,8 +130,22 @@ class ScriptedAppServer : public host::AppServer {
   void RecordTaskActivity(const std::string& task_code, const std::string& screen, const std::string& detail,
                           Variant& result) override;
   Variant CheckPermission(const std::string& task_code, const std::string& area, const std::string& sub_area) override;
+  std::shared_ptr<host::ReservationService> GetReservationService() override { return reservations_; }
+  std::shared_ptr<host::InvoicingService> GetInvoicingService() override { return invoicing_; }
+  std::shared_ptr<host::RegisterService> GetRegister() override { return register_; }
+  std::shared_ptr<host::WillCallService> CreateWillCall() override;
+  std::shared_ptr<host::ReportService> GetReportService() override { return reports_; }
+  std::shared_ptr<host::CardEntryControl> CreateCardEntry() override;
 
  private:
+  std::shared_ptr<host::ReservationService> reservations_;
+  std::shared_ptr<host::InvoicingService> invoicing_;
+  std::shared_ptr<host::RegisterService> register_;
+  std::shared_ptr<host::WillCallService> will_call_;
+  std::shared_ptr<host::ReportService> reports_;
+  std::shared_ptr<host::CardEntryControl> card_entry_;
+  size_t will_call_creations_ = 0;
+  size_t card_entry_creations_ = 0;
   std::shared_ptr<host::DBConnection> db_;
   std::shared_ptr<host::ErrorObject> errors_;
   std::shared_ptr<host::SettingsStore> settings_;
