@@ -1,0 +1,191 @@
+// Loading a customer and reaching its addresses: column rules, the household's address rows,
+// primary address selection, the pass-through properties, AccountNo and isInternational.
+#include "records/c_customer.h"
+
+#include <gtest/gtest.h>
+
+#include "records/customer_rows.h"
+#include "records/recording_ui.h"
+#include "records/system_country.h"
+
+namespace kiv {
+namespace {
+
+using test::CustomerRow;
+
+struct CustomerLoadTest : ::testing::Test {
+  test::ScriptedHost host;
+  std::shared_ptr<CCustomer> customer = std::make_shared<CCustomer>();
+
+  bool Open(int32_t number) { return customer->OpenCustomer(host.db, host.errors, Variant(number)); }
+  //! A stored customer whose "PRIMARY" entry holds the given country and phone.
+  std::shared_ptr<CAddress> AddPrimary(const std::string& country, const std::string& phone = "555") {
+    auto address = std::make_shared<CAddress>();
+    address->SetAddressType("PRIMARY");
+    address->SetCountryID(country);
+    address->SetPhone(phone);
+    address->SetDataChanged(false);
+    customer->Addresses()->Add("PRIMARY", address);
+    return address;
+  }
+};
+
+TEST_F(CustomerLoadTest, ReadsColumnsWithNullRulesAndBecomesItsOwnHousehold) {
+  test::ScriptCustomer(host, CustomerRow(12, {{"household_no", Variant::Null()},
+                                              {"discount_percentage", Variant::Null()},
+                                              {"Locked", Variant::Null()},
+                                              {"DOB", Variant::Null()},
+                                              {"last_name", Variant::Null()}}));
+  ASSERT_TRUE(Open(12));
+  EXPECT_EQ(host.AssignmentsOf("KIV_SP_GetCustomer"), (std::vector<test::Assignment>{{"@customer_no", 12}}));
+  EXPECT_FALSE(customer->IsNewCustomer());
+  EXPECT_EQ(customer->CustomerNo(), 12);
+  EXPECT_EQ(customer->FullName(), "SMITH, ANN");
+  EXPECT_EQ(customer->LastName(), "");
+  EXPECT_EQ(customer->DiscountPercentage(), 0.0);
+  EXPECT_FALSE(customer->Locked());
+  EXPECT_TRUE(customer->DOB().IsZero());
+  EXPECT_TRUE(customer->DateOfRelease().IsNull()) << "kept as read, null included";
+  EXPECT_EQ(customer->CustomerLevelID(), "GOLD");
+  EXPECT_TRUE(customer->WillCallsAvailable());
+  EXPECT_TRUE(customer->HasUnInvoiced());
+  EXPECT_TRUE(customer->HasReservations());
+  EXPECT_FALSE(customer->HasClub());
+  EXPECT_EQ(customer->HouseholdNo(), 12);
+  EXPECT_TRUE(customer->HouseholdPrimary());
+  EXPECT_EQ(host.SqlTexts().back(), "SELECT * FROM kiv_customer_address WHERE customer_no = 12");
+  EXPECT_EQ(host.db->OpenRecordsetCount(), 0u);
+}
+
+TEST_F(CustomerLoadTest, HouseholdMemberReadsThePrimarysAddressesFirstOfATypeWinning) {
+  test::ScriptCustomer(host, CustomerRow(12, {{"household_no", 40}}));
+  host.OnQuery("SELECT * FROM kiv_customer_address WHERE customer_no = 40")
+      .Row({{"address_no", 1}, {"address_type", "HOME"}, {"primary_address", 0}})
+      .Row({{"address_no", 2}, {"address_type", "PRIMARY"}, {"primary_address", 1}})
+      .Row({{"address_no", 3}, {"address_type", "HOME"}, {"primary_address", Variant::Null()}});
+  test::ScriptAddress(host, "HOME");
+  test::ScriptAddress(host, "PRIMARY", "CAN");
+  test::ScriptAddress(host, "HOME");
+  ASSERT_TRUE(Open(12));
+  EXPECT_EQ(customer->HouseholdNo(), 40);
+  EXPECT_EQ(customer->Addresses()->Count(), 2u);
+  EXPECT_EQ(customer->GetAddress("HOME")->AddressID(), 1);
+  EXPECT_EQ(customer->GetAddress("BILLING"), nullptr);
+  EXPECT_EQ(customer->PrimaryAddressID(), 2);
+  ASSERT_NE(customer->PrimaryAddress(), nullptr);
+  EXPECT_EQ(customer->PrimaryAddress()->AddressID(), 2);
+  EXPECT_TRUE(customer->PrimaryAddressLoaded());
+  EXPECT_EQ(customer->CountryID(), "CAN");
+  EXPECT_TRUE(customer->isInternational());
+  EXPECT_FALSE(customer->AddressesChanges());
+}
+
+TEST_F(CustomerLoadTest, WithoutAPrimaryRowThePrimaryIsTheEntryKeyedPrimary) {
+  test::ScriptCustomer(host, CustomerRow(12));
+  host.OnQuery("SELECT * FROM kiv_customer_address WHERE customer_no = 12")
+      .Row({{"address_no", 5}, {"address_type", "PRIMARY"}, {"primary_address", 0}});
+  test::ScriptAddress(host, "PRIMARY");
+  ASSERT_TRUE(Open(12));
+  EXPECT_EQ(customer->PrimaryAddressID(), 0);
+  ASSERT_NE(customer->PrimaryAddress(), nullptr);
+  EXPECT_EQ(customer->PrimaryAddress()->AddressID(), 5);
+  EXPECT_EQ(customer->AddressLine1(), "1 PRIMARY ST");
+}
+
+TEST_F(CustomerLoadTest, UnknownCustomerOrNoConnectionKeepsConstructionValues) {
+  customer->SetCustomerNo(77);
+  EXPECT_FALSE(Open(12));
+  EXPECT_EQ(customer->CustomerNo(), 77);
+  EXPECT_EQ(customer->CustomerType(), "P");
+  EXPECT_EQ(customer->CustomerLevelID(), "None");
+  EXPECT_EQ(customer->SourceName(), "KIVCustomer.CCustomer (1.0.0)");
+  EXPECT_EQ(host.ExecutedProcedures(), (std::vector<std::string>{"KIV_SP_GetCustomer"}));
+
+  EXPECT_FALSE(customer->OpenCustomer(nullptr, host.errors, Variant(12)));
+  host.OnProcedure("KIV_SP_GetCustomer").Throws(-1, "gone");
+  EXPECT_FALSE(Open(12));
+  EXPECT_EQ(host.errors->Count(), 0u) << "a failed load shows nothing";
+}
+
+TEST_F(CustomerLoadTest, PhoneAndFaxLetsTouchOnlyAnExistingDifferingPrimary) {
+  customer->SetPhone("111");
+  customer->SetFax("222");
+  EXPECT_EQ(customer->Phone(), "") << "dropped without a primary address";
+  auto primary = AddPrimary("USA", "555");
+  customer->SetPhone("555");
+  EXPECT_FALSE(primary->DataChanged());
+  EXPECT_FALSE(customer->AddressesChanges());
+  customer->SetPhone("556");
+  EXPECT_EQ(primary->Phone(), "556");
+  EXPECT_TRUE(customer->AddressesChanges());
+  primary->SetDataChanged(false);
+  customer->SetFax("999");
+  EXPECT_EQ(customer->Fax(), "999");
+  EXPECT_TRUE(primary->DataChanged());
+}
+
+TEST_F(CustomerLoadTest, IsInternationalComparesExactlyWithTheSystemCountry) {
+  const struct {
+    const char* country;
+    bool international;
+  } cases[] = {{"", false}, {"USA", false}, {"usa", true}, {"CAN", true}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.country);
+    customer = std::make_shared<CCustomer>();
+    AddPrimary(c.country);
+    EXPECT_EQ(customer->isInternational(), c.international);
+  }
+  SetSystemCountryID("CAN");
+  EXPECT_FALSE(customer->isInternational());
+  SetSystemCountryID("USA");
+}
+
+TEST_F(CustomerLoadTest, AccountNoAsksTheDatabaseOnEveryRead) {
+  const std::string sql = "SELECT account_id FROM kiv_customer WHERE customer_no = 12";
+  host.OnQuery(sql).Once().Row({{"account_id", "A-9"}});
+  host.OnQuery(sql).Once().Fails();
+  customer->SetDB(host.db);
+  customer->SetCustomerNo(12);
+  customer->SetAccountNo("A-1");
+  EXPECT_EQ(customer->AccountNo(), "A-9");
+  EXPECT_EQ(customer->AccountNo(), "A-9") << "the last known value when the query fails";
+  EXPECT_EQ(host.SqlTexts(), (std::vector<std::string>{sql, sql}));
+}
+
+TEST_F(CustomerLoadTest, HouseholdNoLetDecidesTheHouseholdPrimary) {
+  customer->SetCustomerNo(12);
+  customer->SetHouseholdNo(40);
+  EXPECT_FALSE(customer->HouseholdPrimary());
+  customer->SetHouseholdNo(12);
+  EXPECT_TRUE(customer->HouseholdPrimary());
+}
+
+TEST_F(CustomerLoadTest, OpenPrimaryAddressReadsOnceForAStoredRecord) {
+  customer->SetDB(host.db);
+  customer->SetPrimaryAddressID(8);
+  test::ScriptAddress(host, "PRIMARY");
+  EXPECT_TRUE(customer->OpenPrimaryAddress());
+  EXPECT_EQ(customer->PrimaryAddress()->AddressID(), 8);
+  EXPECT_FALSE(customer->OpenPrimaryAddress()) << "already loaded";
+
+  auto fresh = std::make_shared<CCustomer>();
+  fresh->SetIsNewCustomer(true);
+  EXPECT_FALSE(fresh->OpenPrimaryAddress());
+  EXPECT_EQ(fresh->PrimaryAddress(), nullptr);
+  EXPECT_EQ(host.ExecutedProcedures().size(), 1u);
+}
+
+TEST_F(CustomerLoadTest, AddressesAreCreatedWithTheRecordsUi) {
+  auto ui = std::make_shared<test::RecordingUi>();
+  customer->SetUi(ui);
+  test::ScriptCustomer(host, CustomerRow(12));
+  host.OnQuery("SELECT * FROM kiv_customer_address WHERE customer_no = 12")
+      .Row({{"address_no", 5}, {"address_type", "PRIMARY"}, {"primary_address", 1}});
+  test::ScriptAddress(host, "PRIMARY");
+  ASSERT_TRUE(Open(12));
+  EXPECT_EQ(customer->PrimaryAddress()->GetUi(), ui);
+  EXPECT_NE(std::make_shared<CCustomer>()->GetUi(), nullptr) << "a silent Ui stands in";
+}
+
+}  // namespace
+}  // namespace kiv
