@@ -31,9 +31,9 @@ struct ColumnSpec {
   int32_t attributes = host::adFldMayBeNull;
 };
 
-//! A column with explicit type and sizes: `Col("amount", host::adNumeric, 19, 19, 4)`.
-ColumnSpec Col(std::string name, int32_t type, int32_t defined_size = 0, int32_t precision = 0, int32_t scale = 0,
-               int32_t attributes = host::adFldMayBeNull);
+//! A column with explicit type and sizes: `Col("amount", host::adNumeric, 19, 19, 4)`; `Col("name")` is text.
+ColumnSpec Col(std::string name, int32_t type = host::adVarChar, int32_t defined_size = 0, int32_t precision = 0,
+               int32_t scale = 0, int32_t attributes = host::adFldMayBeNull);
 //! A long column (attribute bit 128), read with GetChunk and written with AppendChunk:
 //! `LongCol("image_blob")` is long binary (205), `LongCol("notes", host::adLongVarChar)` long text.
 ColumnSpec LongCol(std::string name, int32_t type = host::adLongVarBinary);
