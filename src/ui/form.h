@@ -60,10 +60,11 @@ class Form {
   // ---- focus ----
   //! The control with the focus; null before the form has given it to anyone.
   Control* ActiveControl() const { return active_; }
-  //! Moves the focus: LostFocus then Validate on the old control (when the new control
-  //! causes validation); a cancelled Validate leaves the focus where it was and runs no
-  //! GotFocus. Then GotFocus on the new control. False when the focus did not move or
-  //! `target` cannot take it. Moving to the control that has the focus does nothing.
+  //! Moves the focus as the platform does: Validate on the old control (only when `target`
+  //! causes validation) — a cancel leaves the focus where it was and runs neither LostFocus
+  //! nor GotFocus —, then LostFocus on the old control, then GotFocus on `target`. False
+  //! when the focus did not move (`target` cannot take it, Validate cancelled, or a handler
+  //! moved the focus elsewhere). Moving to the control that has the focus does nothing.
   bool MoveFocus(Control& target);
   //! The "send Tab" of the platform: focus to the next (or previous) focusable tab stop
   //! after the active control, wrapping round. Inside a key's handlers the move waits until

@@ -128,6 +128,8 @@ class Grid : public Control {
   void SetEditable(int v) { editable_ = v; }
   //! The text being entered while an edit runs (ValidateEdit reads it).
   const std::string& EditText() const { return edit_text_; }
+  //! ValidateEdit may rewrite the text about to be stored.
+  void SetEditText(std::string v) { edit_text_ = std::move(v); }
   //! A clerk's cell edit: current cell, BeforeEdit (may cancel), ValidateEdit (may cancel),
   //! the new text (or check state, for a check-box cell: true/false/1/0) and AfterEdit.
   //! Returns an error text (not editable, out of range, not in the column's list), empty on
@@ -173,6 +175,9 @@ class Grid : public Control {
     std::string key;
   };
   void CheckCell(int row, int col) const;
+  int EffectiveLevel(int row) const;
+  void ClampCurrent();
+  void MoveCurrent(int row, int col);
   void CheckRow(int row) const;
   void CheckCol(int col) const;
   void RegisterGridProperties();

@@ -1,0 +1,81 @@
+// A group of option buttons under one name, chosen by index.
+#include "ui/option_group.h"
+
+#include "core/text.h"
+#include "core/vb_error.h"
+#include "ui/prop_text.h"
+
+namespace kiv::ui {
+
+OptionGroup::OptionGroup(std::string name, std::vector<std::string> captions)
+    : Control(std::move(name), "OptionGroup") {
+  for (auto& c : captions) AddOption(std::move(c));
+  RegisterProperty("Value", [this] { return std::to_string(value_); },
+                   [this](const std::string& v) { SetValue(ParseIntText(v)); });
+  RegisterProperty("Count", [this] { return std::to_string(Count()); });
+  RegisterProperty("Captions", [this] {
+    std::string out;
+    for (size_t i = 0; i < options_.size(); ++i) out += (i ? "|" : "") + options_[i].caption;
+    return out;
+  });
+}
+
+int OptionGroup::AddOption(std::string caption) {
+  options_.push_back(Option{std::move(caption)});
+  return Count() - 1;
+}
+
+void OptionGroup::CheckIndex(int index) const {
+  if (index < 0 || index >= Count()) RaiseError(kErrSubscript);
+}
+
+const std::string& OptionGroup::Caption(int index) const {
+  CheckIndex(index);
+  return options_[index].caption;
+}
+
+void OptionGroup::SetCaption(int index, std::string v) {
+  CheckIndex(index);
+  options_[index].caption = std::move(v);
+}
+
+bool OptionGroup::OptionEnabled(int index) const {
+  CheckIndex(index);
+  return options_[index].enabled;
+}
+
+void OptionGroup::SetOptionEnabled(int index, bool v) {
+  CheckIndex(index);
+  options_[index].enabled = v;
+}
+
+bool OptionGroup::OptionVisible(int index) const {
+  CheckIndex(index);
+  return options_[index].visible;
+}
+
+void OptionGroup::SetOptionVisible(int index, bool v) {
+  CheckIndex(index);
+  options_[index].visible = v;
+}
+
+void OptionGroup::SetValue(int index) {
+  if (index == -1) {
+    value_ = -1;
+    return;
+  }
+  CheckIndex(index);
+  value_ = index;
+  FireClick();
+}
+
+int OptionGroup::FindOption(const std::string& item) const {
+  for (int i = 0; i < Count(); ++i) {
+    if (EqualsNoCase(StripAccelerator(options_[i].caption), StripAccelerator(item))) return i;
+  }
+  int index = 0;
+  if (TryParseInt(item, index) && index >= 0 && index < Count()) return index;
+  return -1;
+}
+
+}  // namespace kiv::ui
