@@ -135,9 +135,17 @@ std::string ZipOf(const City& c, int k) {
   return buf;
 }
 
+//! A date as the reference host stores it.
 std::string IsoDate(int year, int month, int day) {
+  char buf[24];
+  std::snprintf(buf, sizeof buf, "%04d-%02d-%02d 00:00:00", year, month, day);
+  return buf;
+}
+
+//! A card's expiry as printed on it: "MM/YYYY".
+std::string ExpiryDate(int month, int year) {
   char buf[16];
-  std::snprintf(buf, sizeof buf, "%04d-%02d-%02d", year, month, day);
+  std::snprintf(buf, sizeof buf, "%02d/%04d", month, year);
   return buf;
 }
 
@@ -437,7 +445,7 @@ void DemoBuilder::SideRows(const Person& p, bool adult) {
   }
   if (rng_.Chance(30)) {
     static constexpr std::array<sv, 5> kShirts = {"XS", "S", "M", "L", "XL"};
-    profile_.Int(p.no).Text("demo").Text("2025-01-15").Text(rng_.Pick(kShirts)).Int(rng_.Chance(40) ? 1 : 0)
+    profile_.Int(p.no).Text("demo").Text(IsoDate(2025, 1, 15)).Text(rng_.Pick(kShirts)).Int(rng_.Chance(40) ? 1 : 0)
         .Text(IsoDate(rng_.Between(2000, 2025), rng_.Between(1, 12), rng_.Between(1, 28)))
         .Real(rng_.Between(0, 50) * 10.0).Int(rng_.Between(0, 20)).Real(adult ? rng_.Between(1500, 1900) / 10.0 : 120.5)
         .Int(rng_.Chance(50) ? 1 : 0).Run();
@@ -451,8 +459,8 @@ void DemoBuilder::SideRows(const Person& p, bool adult) {
     char last4[8];
     std::snprintf(last4, sizeof last4, "%04d", rng_.Below(10000));
     card_.Int(p.no).Int(next_card_seq_++).Text(std::string("XXXXXXXXXXXX") + last4).Text(last4)
-        .Text(IsoDate(rng_.Between(2026, 2031), rng_.Between(1, 12), 1).substr(0, 7)).Null().Null()
-        .Text(rng_.Pick(kMethods)).Int(1).Text("demo").Text("2025-06-01").Run();
+        .Text(ExpiryDate(rng_.Between(1, 12), rng_.Between(2026, 2031))).Null().Null()
+        .Text(rng_.Pick(kMethods)).Int(1).Text("demo").Text(IsoDate(2025, 6, 1)).Run();
   }
 }
 

@@ -11,6 +11,14 @@
 namespace kiv::refhost {
 
 struct TraceEvent {
+  TraceEvent() = default;
+  TraceEvent(std::string operation_, std::string text_, bool is_procedure_ = false,
+             std::vector<std::pair<std::string, Variant>> inputs_ = {})
+      : operation(std::move(operation_)),
+        text(std::move(text_)),
+        is_procedure(is_procedure_),
+        inputs(std::move(inputs_)) {}
+
   //! The connection operation: "OpenForwardReadOnlyRecordset", "ExecuteCommand", ...
   std::string operation;
   //! The SQL text exactly as the component sent it, or the procedure name.

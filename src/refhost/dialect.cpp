@@ -1,0 +1,196 @@
+// Server-dialect words rewritten for SQLite, skipping literals and comments.
+#include "refhost/dialect.h"
+
+#include <array>
+#include <cctype>
+
+#include "core/text.h"
+
+namespace kiv::refhost {
+
+namespace {
+
+bool IsWordStart(char c) { return std::isalpha(static_cast<unsigned char>(c)) || c == '_' || c == '@' || c == '#'; }
+bool IsWordChar(char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_' || c == '@' || c == '#' || c == '$'; }
+
+size_t SkipBlanks(std::string_view s, size_t i) {
+  while (i < s.size() && std::isspace(static_cast<unsigned char>(s[i]))) ++i;
+  return i;
+}
+
+bool IsLockHint(std::string_view word) {
+  static constexpr std::array<std::string_view, 14> kHints = {
+      "NOLOCK",    "ROWLOCK", "UPDLOCK",         "HOLDLOCK",      "READPAST",       "TABLOCK",      "TABLOCKX",
+      "XLOCK",     "PAGLOCK", "READUNCOMMITTED", "READCOMMITTED", "REPEATABLEREAD", "SERIALIZABLE", "NOWAIT"};
+  for (auto hint : kHints)
+    if (EqualsNoCase(word, hint)) return true;
+  return false;
+}
+
+// At `i` (an opening parenthesis): the end of "(hint[, hint...])", or npos when it is
+// anything else.
+size_t MatchHintList(std::string_view s, size_t i) {
+  if (i >= s.size() || s[i] != '(') return std::string_view::npos;
+  ++i;
+  bool any = false;
+  for (;;) {
+    i = SkipBlanks(s, i);
+    size_t start = i;
+    while (i < s.size() && IsWordChar(s[i])) ++i;
+    if (i == start || !IsLockHint(s.substr(start, i - start))) return std::string_view::npos;
+    any = true;
+    i = SkipBlanks(s, i);
+    if (i < s.size() && s[i] == ',') {
+      ++i;
+      continue;
+    }
+    if (i < s.size() && s[i] == ')' && any) return i + 1;
+    return std::string_view::npos;
+  }
+}
+
+// Copies a quoted run starting at `i` (quote char `open`, closing `close`), a doubled
+// closing char standing for itself; returns the index after it.
+size_t CopyQuoted(std::string_view s, size_t i, char close, std::string& out) {
+  out.push_back(s[i++]);
+  while (i < s.size()) {
+    char c = s[i++];
+    out.push_back(c);
+    if (c == close) {
+      if (i < s.size() && s[i] == close) {
+        out.push_back(s[i++]);
+        continue;
+      }
+      break;
+    }
+  }
+  return i;
+}
+
+}  // namespace
+
+std::string TranslateSql(std::string_view s) {
+  std::string out;
+  out.reserve(s.size() + 16);
+  std::string limit;
+  std::string last_word;  // the previous keyword or name, upper-cased
+  size_t i = 0;
+  while (i < s.size()) {
+    char c = s[i];
+    if (c == '\'') {
+      i = CopyQuoted(s, i, '\'', out);
+      last_word.clear();
+      continue;
+    }
+    if (c == '"') {
+      i = CopyQuoted(s, i, '"', out);
+      last_word.clear();
+      continue;
+    }
+    if (c == '[') {
+      size_t end = s.find(']', i);
+      if (end == std::string_view::npos) end = s.size();
+      out.push_back('"');
+      out.append(s.substr(i + 1, end - i - 1));
+      out.push_back('"');
+      i = end < s.size() ? end + 1 : end;
+      last_word.clear();
+      continue;
+    }
+    if (c == '-' && i + 1 < s.size() && s[i + 1] == '-') {
+      size_t end = s.find('\n', i);
+      if (end == std::string_view::npos) end = s.size();
+      out.append(s.substr(i, end - i));
+      i = end;
+      continue;
+    }
+    if (c == '/' && i + 1 < s.size() && s[i + 1] == '*') {
+      size_t end = s.find("*/", i + 2);
+      end = end == std::string_view::npos ? s.size() : end + 2;
+      out.append(s.substr(i, end - i));
+      i = end;
+      continue;
+    }
+    if (c == '(') {
+      size_t end = MatchHintList(s, i);  // "FROM t (nolock)"
+      if (end != std::string_view::npos) {
+        i = end;
+        continue;
+      }
+      out.push_back(c);
+      ++i;
+      last_word.clear();
+      continue;
+    }
+    if (!IsWordStart(c) || (i > 0 && (IsWordChar(s[i - 1]) || s[i - 1] == '.'))) {
+      // A number, an operator, or the rest of a qualified name: copied as is.
+      if (IsWordChar(c)) {
+        size_t start = i;
+        while (i < s.size() && IsWordChar(s[i])) ++i;
+        out.append(s.substr(start, i - start));
+      } else {
+        out.push_back(c);
+        ++i;
+      }
+      continue;
+    }
+    size_t start = i;
+    while (i < s.size() && IsWordChar(s[i])) ++i;
+    std::string_view word = s.substr(start, i - start);
+    std::string upper = UCase(word);
+    size_t next = SkipBlanks(s, i);
+    bool call = next < s.size() && s[next] == '(';
+
+    if (upper == "N" && i < s.size() && s[i] == '\'') continue;  // N'text' is plain text here
+    if (upper == "TOP" && limit.empty() && (last_word == "SELECT" || last_word == "DISTINCT")) {
+      size_t j = next;
+      bool paren = j < s.size() && s[j] == '(';
+      if (paren) j = SkipBlanks(s, j + 1);
+      size_t digits = j;
+      while (j < s.size() && std::isdigit(static_cast<unsigned char>(s[j]))) ++j;
+      if (j > digits) {
+        limit.assign(s.substr(digits, j - digits));
+        if (paren) {
+          j = SkipBlanks(s, j);
+          if (j < s.size() && s[j] == ')') ++j;
+        }
+        i = j;
+        while (!out.empty() && out.back() == ' ') out.pop_back();
+        continue;
+      }
+    }
+    if (upper == "WITH" && call) {
+      size_t end = MatchHintList(s, next);
+      if (end != std::string_view::npos) {
+        i = end;
+        continue;
+      }
+    }
+    if (upper == "ISNULL" && call) {
+      out.append("IFNULL");
+    } else if (upper == "LEN" && call) {
+      out.append("LENGTH");
+    } else if (upper == "GETDATE" && call) {
+      size_t close = SkipBlanks(s, next + 1);
+      if (close < s.size() && s[close] == ')') {
+        out.append("kiv_now()");
+        i = close + 1;
+        last_word.clear();
+        continue;
+      }
+      out.append(word);
+    } else {
+      out.append(word);
+    }
+    last_word = upper;
+  }
+  if (!limit.empty()) {
+    while (!out.empty() && (out.back() == ' ' || out.back() == ';' || out.back() == '\n' || out.back() == '\r' ||
+                            out.back() == '\t'))
+      out.pop_back();
+    out.append(" LIMIT ").append(limit);
+  }
+  return out;
+}
+
+}  // namespace kiv::refhost

@@ -1,0 +1,91 @@
+// Procedures of addresses: read one, store one (numbering new ones from the address
+// sequence and keeping the customer-to-address row in step), delete one.
+#include <string>
+
+#include "refhost/procedure_registry.h"
+#include "refhost/sequences.h"
+#include "refhost/sqlite_database.h"
+
+namespace kiv::refhost {
+
+namespace {
+
+void GetAddress(ProcedureCall& call) {
+  call.ReturnRows("SELECT address_no, address_type, Name, Address_1, Address_2, City, State, Zip, Country_ID, Phone, "
+                  "Fax FROM kiv_address WHERE address_no = ?",
+                  {Variant(call.Long("@address_no"))});
+}
+
+// Refusals are answered through the return value and the message, as the caller expects.
+void Refuse(ProcedureCall& call, const std::string& message) {
+  call.Return(-1);
+  call.Out("@message", Variant(message));
+}
+
+void UpdateAddress(ProcedureCall& call) {
+  SqliteDatabase& db = call.Db();
+  std::string type = call.Text("@address_type");
+  int32_t customer_no = call.Long("@customer_no");
+  int32_t address_no = call.Long("@address_no");
+  if (type.empty()) return Refuse(call, "An address needs an address type.");
+  if (customer_no == 0) return Refuse(call, "An address needs the customer it belongs to.");
+  if (db.QueryValue("SELECT 1 FROM kiv_customer WHERE customer_no = ?", {Variant(customer_no)}).IsNull())
+    return Refuse(call, "Customer " + std::to_string(customer_no) + " does not exist.");
+
+  std::vector<Variant> values{Variant(type),           call.In("@name"),  call.In("@address_1"),
+                              call.In("@address_2"),   call.In("@city"),  call.In("@state"),
+                              call.In("@zip"),         call.In("@country_id"), call.In("@phone"),
+                              call.In("@fax")};
+  const bool primary = type == "PRIMARY";
+  if (address_no == 0) {
+    address_no = NextSequenceNo(db, "seq_address_no");
+    values.insert(values.begin(), Variant(address_no));
+    db.Execute("INSERT INTO kiv_address (address_no, address_type, Name, Address_1, Address_2, City, State, Zip, "
+               "Country_ID, Phone, Fax) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+               values);
+  } else {
+    values.push_back(Variant(address_no));
+    int changed = db.Execute(
+        "UPDATE kiv_address SET address_type = ?, Name = ?, Address_1 = ?, Address_2 = ?, City = ?, State = ?, "
+        "Zip = ?, Country_ID = ?, Phone = ?, Fax = ? WHERE address_no = ?",
+        values);
+    if (changed == 0) return Refuse(call, "Address " + std::to_string(address_no) + " does not exist.");
+  }
+  // Every customer linked to the address sees its new type; a household member editing the
+  // household's shared address adds no link of its own.
+  db.Execute("UPDATE kiv_customer_address SET address_type = ?, primary_address = ? WHERE address_no = ?",
+             {Variant(type), Variant(primary), Variant(address_no)});
+  if (db.QueryValue("SELECT 1 FROM kiv_customer_address WHERE address_no = ?", {Variant(address_no)}).IsNull())
+    db.Execute("INSERT INTO kiv_customer_address (customer_no, address_no, address_type, primary_address) "
+               "VALUES (?, ?, ?, ?)",
+               {Variant(customer_no), Variant(address_no), Variant(type), Variant(primary)});
+  if (primary)
+    db.Execute("UPDATE kiv_customer_address SET primary_address = 0 WHERE address_no <> ?1 AND customer_no IN "
+               "(SELECT customer_no FROM kiv_customer_address WHERE address_no = ?1)",
+               {Variant(address_no)});
+  call.Out("@address_no", Variant(address_no));
+  call.Out("@message", Variant(""));
+}
+
+void DeleteAddress(ProcedureCall& call) {
+  SqliteDatabase& db = call.Db();
+  Variant key(call.Long("@address_no"));
+  db.Execute("DELETE FROM kiv_customer_address WHERE address_no = ?", {key});
+  db.Execute("DELETE FROM kiv_address WHERE address_no = ?", {key});
+}
+
+}  // namespace
+
+void AddAddressProcedures(ProcedureRegistry& registry) {
+  registry.Add({"KIV_SP_ADDRESS_GetAddress", {InInt("@address_no")}, false, GetAddress});
+  registry.Add({"KIV_SP_UpdateAddress",
+                {InOutInt("@address_no"), InText("@address_1", 60), InText("@address_2", 60), InText("@city", 40),
+                 InText("@state", 20), InText("@zip", 15), InText("@country_id", 10), InText("@address_type", 20),
+                 InText("@name", 80), InInt("@customer_no"), InText("@phone", 20), InText("@fax", 20),
+                 OutText("@message", 255)},
+                true,
+                UpdateAddress});
+  registry.Add({"SP_DeleteAddress", {InInt("@address_no")}, true, DeleteAddress});
+}
+
+}  // namespace kiv::refhost

@@ -1,0 +1,240 @@
+// Procedures of the customer row: read with its has-flags, insert or update, delete (or
+// refuse to while activity refers to the customer), and the stored has-flags.
+#include <string>
+
+#include "refhost/procedure_registry.h"
+#include "refhost/procedure_sql.h"
+#include "refhost/sequences.h"
+#include "refhost/sqlite_database.h"
+
+namespace kiv::refhost {
+
+namespace {
+
+// A zero date is how the component says "no date".
+Variant DateOrNull(const Variant& v) {
+  if (v.IsNull() || v.IsEmpty()) return Variant::Null();
+  Date d = v.ToDate();
+  if (d.IsZero()) return Variant::Null();
+  return Variant(d);
+}
+
+bool CustomerExists(SqliteDatabase& db, int32_t customer_no) {
+  return !db.QueryValue("SELECT 1 FROM kiv_customer WHERE customer_no = ?", {Variant(customer_no)}).IsNull();
+}
+
+void GetCustomer(ProcedureCall& call) {
+  call.ReturnRows(std::string("SELECT ") + kCustomerColumns + ", " + kHasFlagColumns +
+                      " FROM kiv_customer c WHERE c.customer_no = ?",
+                  {Variant(call.Long("@customer_no"))});
+  MarkFlagsBoolean(call.Rows());
+}
+
+// The columns written by the update procedure, each from the parameter of the same name.
+struct WrittenColumn {
+  const char* column;
+  const char* parameter;
+  bool is_date;
+};
+constexpr WrittenColumn kWritten[] = {
+    {"first_name", "@first_name", false},
+    {"last_name", "@last_name", false},
+    {"full_name", "@full_name", false},
+    {"company_name", "@company_name", false},
+    {"customer_type", "@customer_type", false},
+    {"customer_kind", "@customer_kind", false},
+    {"Zip", "@zip", false},
+    {"account_id", "@account_id", false},
+    {"status_id", "@status_id", false},
+    {"comment_note", "@comment_note", false},
+    {"DOB", "@dob", true},
+    {"has_image", "@has_image", false},
+    {"commission_percentage", "@commission_percentage", false},
+    {"discount_percentage", "@discount_percentage", false},
+    {"Locked", "@locked", false},
+    {"preloaded", "@preloaded", false},
+    {"Customer_Level_ID", "@customer_level_id", false},
+    {"Gender", "@gender", false},
+    {"date_of_release", "@date_of_release", true},
+    {"household_no", "@household_no", false},
+    {"household_primary", "@household_primary", false},
+    {"do_not_mail", "@do_not_mail", false},
+    {"EMail", "@email", false},
+    {"wedding_anniversary", "@wedding_anniversary", true},
+    {"Occupation", "@occupation", false},
+    {"work_phone", "@work_phone", false},
+    {"cell_phone", "@cell_phone", false},
+};
+
+void UpdateCustomer(ProcedureCall& call) {
+  SqliteDatabase& db = call.Db();
+  std::string type = call.Text("@customer_type");
+  if (type.empty()) type = "P";
+  if (type != "P" && type != "C") call.Raise("The customer type must be P (person) or C (company), not '" + type + "'.");
+  int32_t customer_no = call.Long("@customer_no");
+  const bool inserting = customer_no == 0;
+  if (!inserting && !CustomerExists(db, customer_no))
+    call.Raise("Customer " + std::to_string(customer_no) + " does not exist.");
+  if (inserting) customer_no = NextSequenceNo(db, "seq_customer_no");
+
+  std::vector<Variant> values;
+  for (const auto& w : kWritten) {
+    Variant v = call.In(w.parameter);
+    if (w.is_date) v = DateOrNull(v);
+    values.push_back(v);
+  }
+  values[4] = Variant(type);
+  // Flags the table keeps as NOT NULL read a null as False.
+  for (size_t i = 0; i < std::size(kWritten); ++i) {
+    std::string_view column = kWritten[i].column;
+    if ((column == "has_image" || column == "household_primary" || column == "do_not_mail" ||
+         column == "preloaded") &&
+        values[i].IsNull())
+      values[i] = Variant(false);
+  }
+  // A customer without a household is its own household, and its primary.
+  int32_t household_no = call.Long("@household_no");
+  if (household_no == 0) {
+    household_no = customer_no;
+    values[19] = Variant(household_no);
+  }
+  values[20] = Variant(household_no == customer_no);
+
+  const std::string user = call.Text("@kiv_user");
+  const Variant now(db.Now());
+  if (inserting) {
+    std::string names = "customer_no", marks = "?";
+    for (const auto& w : kWritten) {
+      names += std::string(", ") + w.column;
+      marks += ", ?";
+    }
+    names += ", created_by, create_date, modified_by, modified_date";
+    marks += ", ?, ?, ?, ?";
+    values.insert(values.begin(), Variant(customer_no));
+    values.insert(values.end(), {Variant(user), now, Variant(user), now});
+    db.Execute("INSERT INTO kiv_customer (" + names + ") VALUES (" + marks + ")", values);
+  } else {
+    std::string sets;
+    for (const auto& w : kWritten) sets += std::string(w.column) + " = ?, ";
+    sets += "modified_by = ?, modified_date = ?";
+    values.insert(values.end(), {Variant(user), now, Variant(customer_no)});
+    db.Execute("UPDATE kiv_customer SET " + sets + " WHERE customer_no = ?", values);
+  }
+  call.Out("@customer_no", Variant(customer_no));
+  call.Out("@message", Variant(""));
+}
+
+std::string Count(SqliteDatabase& db, const char* sql, int32_t customer_no, const char* one, const char* many) {
+  int32_t n = NzLong(db.QueryValue(sql, {Variant(customer_no)}));
+  if (n == 0) return {};
+  return std::to_string(n) + " " + (n == 1 ? one : many);
+}
+
+void DeleteCustomer(ProcedureCall& call) {
+  SqliteDatabase& db = call.Db();
+  int32_t customer_no = call.Long("@customer_no");
+  if (!CustomerExists(db, customer_no)) call.Raise("Customer " + std::to_string(customer_no) + " does not exist.");
+  std::string refs;
+  for (const std::string& part :
+       {Count(db, "SELECT COUNT(*) FROM kiv_sales_order WHERE customer_no = ?1 OR for_customer_no = ?1", customer_no,
+              "sales order", "sales orders"),
+        Count(db, "SELECT COUNT(*) FROM kiv_invoice WHERE customer_no = ?1", customer_no, "invoice", "invoices"),
+        Count(db, "SELECT COUNT(*) FROM kiv_reservation WHERE customer_no = ?1", customer_no, "reservation",
+              "reservations")}) {
+    if (part.empty()) continue;
+    if (!refs.empty()) refs += ", ";
+    refs += part;
+  }
+  if (!refs.empty())
+    call.Raise("Customer " + std::to_string(customer_no) + " cannot be deleted: " + refs + " refer to it.");
+
+  const std::vector<Variant> key{Variant(customer_no)};
+  // Addresses linked to nobody else go with the customer.
+  db.Execute(
+      "DELETE FROM kiv_address WHERE address_no IN (SELECT address_no FROM kiv_customer_address WHERE customer_no = ?1) "
+      "AND address_no NOT IN (SELECT address_no FROM kiv_customer_address WHERE customer_no <> ?1)",
+      key);
+  for (const char* sql : {"DELETE FROM kiv_customer_address WHERE customer_no = ?1",
+                          "DELETE FROM kiv_customer_setting WHERE customer_no = ?1",
+                          "DELETE FROM kiv_customer_alert WHERE customer_no = ?1",
+                          "DELETE FROM kiv_customer_employer WHERE customer_no = ?1 OR employer_customer_no = ?1",
+                          "DELETE FROM kiv_customer_rel WHERE parent_customer_no = ?1 OR child_customer_no = ?1",
+                          "DELETE FROM kiv_images WHERE customer_no = ?1",
+                          "DELETE FROM kiv_customer_group_member WHERE customer_no = ?1",
+                          "DELETE FROM kiv_club_member WHERE customer_no = ?1",
+                          "DELETE FROM kiv_customer_profile WHERE CUSTOMER_NO = ?1",
+                          "DELETE FROM kiv_customer_cc WHERE customer_no = ?1",
+                          "DELETE FROM kiv_customer_forecast WHERE customer_no = ?1",
+                          "DELETE FROM kiv_will_call WHERE customer_no = ?1",
+                          // Members of a household whose primary goes become households of their own.
+                          "UPDATE kiv_customer SET household_no = customer_no, household_primary = 1 "
+                          "WHERE household_no = ?1 AND customer_no <> ?1",
+                          "DELETE FROM kiv_customer WHERE customer_no = ?1"})
+    db.Execute(sql, key);
+}
+
+void UpdateCustomerHas(ProcedureCall& call) {
+  SqliteDatabase& db = call.Db();
+  int32_t customer_no = call.Long("@customer_no");
+  auto rows = db.QueryRows(std::string("SELECT ") + kHasFlagColumns + " FROM kiv_customer c WHERE c.customer_no = ?",
+                           {Variant(customer_no)});
+  if (rows.empty()) call.Raise("Customer " + std::to_string(customer_no) + " does not exist.");
+  const auto& f = rows[0];
+  db.Execute(
+      "UPDATE kiv_customer SET has_willcall = ?, has_reservation = ?, has_so = ?, has_club = ?, has_relationship = ? "
+      "WHERE customer_no = ?",
+      {f[0], f[1], f[2], f[3], f[4], Variant(customer_no)});
+  call.Out("@willcall", Variant(NzBool(f[0])));
+  call.Out("@reservation", Variant(NzBool(f[1])));
+  call.Out("@so", Variant(NzBool(f[2])));
+  call.Out("@club", Variant(NzBool(f[3])));
+  call.Out("@relationship", Variant(NzBool(f[4])));
+}
+
+}  // namespace
+
+void AddCustomerProcedures(ProcedureRegistry& registry) {
+  registry.Add({"KIV_SP_GetCustomer", {InInt("@customer_no")}, false, GetCustomer});
+  registry.Add({"KIV_SP_CUSTOMER_UpdateCustomer",
+                {InOutInt("@customer_no"),
+                 InText("@first_name", 40),
+                 InText("@last_name", 50),
+                 InText("@full_name", 100),
+                 InText("@company_name", 80),
+                 InText("@customer_type", 1),
+                 InText("@customer_kind", 20),
+                 InText("@zip", 15),
+                 InText("@account_id", 20),
+                 InText("@status_id", 10),
+                 InText("@comment_note", 2000),
+                 InDate("@dob"),
+                 InBit("@has_image"),
+                 InFloat("@commission_percentage"),
+                 InFloat("@discount_percentage"),
+                 InBit("@locked"),
+                 InSmall("@preloaded"),
+                 InSmall("@cust_modified"),
+                 InText("@kiv_user", 20),
+                 InText("@customer_level_id", 20),
+                 InText("@gender", 1),
+                 InDate("@date_of_release"),
+                 InInt("@household_no"),
+                 InBit("@household_primary"),
+                 InBit("@do_not_mail"),
+                 InText("@email", 80),
+                 InDate("@wedding_anniversary"),
+                 InText("@occupation", 40),
+                 InText("@work_phone", 20),
+                 InText("@cell_phone", 20),
+                 OutText("@message", 255)},
+                true,
+                UpdateCustomer});
+  registry.Add({"SP_DeleteCustomer", {InInt("@customer_no")}, true, DeleteCustomer});
+  registry.Add({"KIV_SP_UpdateCustomerHas",
+                {InInt("@customer_no"), OutBit("@willcall"), OutBit("@club"), OutBit("@so"), OutBit("@reservation"),
+                 OutBit("@relationship")},
+                true,
+                UpdateCustomerHas});
+}
+
+}  // namespace kiv::refhost

@@ -1,0 +1,223 @@
+// Procedures of a customer's side records: cards on file (masked number and last four
+// digits only), alerts and rental settings, group and club membership.
+#include <cctype>
+#include <string>
+
+#include "refhost/procedure_registry.h"
+#include "refhost/sqlite_database.h"
+
+namespace kiv::refhost {
+
+namespace {
+
+bool CustomerExists(SqliteDatabase& db, int32_t customer_no) {
+  return !db.QueryValue("SELECT 1 FROM kiv_customer WHERE customer_no = ?", {Variant(customer_no)}).IsNull();
+}
+
+void Refuse(ProcedureCall& call, const std::string& message) {
+  call.Return(-1);
+  call.Out("@message", Variant(message));
+}
+
+std::string Digits(std::string_view text) {
+  std::string digits;
+  for (char c : text)
+    if (std::isdigit(static_cast<unsigned char>(c))) digits.push_back(c);
+  return digits;
+}
+
+// The account number from swiped track data: track 2 ";PAN=..." or track 1 "%BPAN^...".
+std::string NumberFromTracks(const std::string& track1, const std::string& track2) {
+  if (!track2.empty()) {
+    size_t end = track2.find('=');
+    std::string digits = Digits(track2.substr(0, end));
+    if (!digits.empty()) return digits;
+  }
+  if (!track1.empty()) {
+    size_t start = track1.find_first_of("Bb");
+    size_t end = track1.find('^');
+    if (start != std::string::npos && end != std::string::npos && end > start)
+      return Digits(track1.substr(start + 1, end - start - 1));
+  }
+  return {};
+}
+
+void GetCustomerCC(ProcedureCall& call) {
+  SqliteDatabase& db = call.Db();
+  // Card details are shown only to a signed-on user whose password matches.
+  Variant stored = db.QueryValue("SELECT password FROM kiv_user WHERE user_id = ?", {call.In("@kiv_user")});
+  if (!stored.IsNull() && stored.ToString() != call.Text("@kiv_password"))
+    call.Raise("The user name or password given for reading cards on file is not valid.");
+  const char* columns =
+      "SELECT customer_no, card_seq_no, x_card_no, x_card_no AS cc_card_no, last_four, exp_date, Zip, Address, "
+      "pay_method_id, is_active FROM kiv_customer_cc";
+  int32_t card_customer_no = call.Long("@card_customer_no");
+  int32_t card_seq_no = call.Long("@card_seq_no");
+  if (card_customer_no != 0 && card_seq_no != 0) {
+    call.ReturnRows(std::string(columns) + " WHERE customer_no = ? AND card_seq_no = ?",
+                    {Variant(card_customer_no), Variant(card_seq_no)});
+    return;
+  }
+  call.ReturnRows(std::string(columns) +
+                      " WHERE customer_no IN (?1, ?2) AND is_active <> 0 ORDER BY customer_no = ?1 DESC, card_seq_no DESC",
+                  {Variant(call.Long("@customer_no")), Variant(call.Long("@household_no"))});
+}
+
+void InsertCreditCard(ProcedureCall& call) {
+  SqliteDatabase& db = call.Db();
+  int32_t customer_no = call.Long("@customer_no");
+  if (!CustomerExists(db, customer_no))
+    return Refuse(call, "Customer " + std::to_string(customer_no) + " does not exist.");
+  std::string number = Digits(call.Text("@card_no"));
+  if (number.empty()) number = NumberFromTracks(call.Text("@track_1"), call.Text("@track_2"));
+  if (number.size() < 12 || number.size() > 19) return Refuse(call, "The card number is not valid.");
+  if (call.Text("@exp_date").empty()) return Refuse(call, "The card's expiry date is required.");
+  std::string last_four = number.substr(number.size() - 4);
+  std::string masked = call.Text("@x_card_no");
+  // Only a masked number may be kept: anything showing more than the last four digits is remasked.
+  if (Digits(masked).size() > 4 || masked.empty()) masked = std::string(number.size() - 4, 'X') + last_four;
+  int32_t seq = NzLong(db.QueryValue("SELECT IFNULL(MAX(card_seq_no), 0) + 1 FROM kiv_customer_cc WHERE customer_no = ?",
+                                     {Variant(customer_no)}));
+  Variant active = call.IsNull("@is_active") ? Variant(true) : Variant(call.Bool("@is_active"));
+  db.Execute("INSERT INTO kiv_customer_cc (customer_no, card_seq_no, x_card_no, last_four, exp_date, Zip, Address, "
+             "pay_method_id, is_active, created_by, create_date) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+             {Variant(customer_no), Variant(seq), Variant(masked), Variant(last_four), call.In("@exp_date"),
+              call.In("@zip"), call.In("@address"), call.In("@pay_method_id"), active, call.In("@kiv_user"),
+              Variant(db.Now())});
+  call.Out("@card_seq_no", Variant(seq));
+  call.Out("@message", Variant(""));
+}
+
+int16_t DefaultRange(SqliteDatabase& db, const char* table, const char* column) {
+  return static_cast<int16_t>(NzLong(db.QueryValue(std::string("SELECT ") + column + " FROM " + table +
+                                                   " WHERE is_default <> 0 ORDER BY " + column + " LIMIT 1")));
+}
+
+void AlertGet(ProcedureCall& call) {
+  SqliteDatabase& db = call.Db();
+  int16_t height = DefaultRange(db, "kiv_guest_height", "guest_height_range");
+  int16_t weight = DefaultRange(db, "kiv_guest_weight", "guest_weight_range");
+  call.Out("@height_default", Variant(height));
+  call.Out("@weight_default", Variant(weight));
+  call.ReturnRows(
+      "SELECT c.customer_no, s.guest_ability, s.guest_shoe_size, IFNULL(s.guest_height_range, ?2) AS guest_height_range, "
+      "IFNULL(s.guest_weight_range, ?3) AS guest_weight_range, a.child_full_name, a.cell_phone_contact, "
+      "a.responsible_adult_1_name, a.responsible_adult_2_name, a.Allergies, a.Medications, a.special_needs "
+      "FROM kiv_customer c LEFT JOIN kiv_customer_setting s ON s.customer_no = c.customer_no "
+      "LEFT JOIN kiv_customer_alert a ON a.customer_no = c.customer_no "
+      "WHERE c.customer_no = ?1 AND (s.customer_no IS NOT NULL OR a.customer_no IS NOT NULL)",
+      {Variant(call.Long("@customer_no")), Variant(height), Variant(weight)});
+  // The ranges are expressions here; they read as the small integers they are.
+  for (const char* name : {"guest_height_range", "guest_weight_range"}) {
+    int column = FindColumn(call.Rows().columns, name);
+    call.Rows().columns[static_cast<size_t>(column)].type = ColumnTypeFromDecl("SMALLINT");
+    for (auto& row : call.Rows().rows)
+      if (!row[static_cast<size_t>(column)].IsNull()) row[static_cast<size_t>(column)] = Variant(row[static_cast<size_t>(column)].ToInt());
+  }
+}
+
+void AlertUpdate(ProcedureCall& call) {
+  SqliteDatabase& db = call.Db();
+  int32_t customer_no = call.Long("@customer_no");
+  if (!CustomerExists(db, customer_no))
+    return Refuse(call, "Customer " + std::to_string(customer_no) + " does not exist.");
+  db.Execute(
+      "INSERT INTO kiv_customer_alert (customer_no, Allergies, Medications, special_needs, child_full_name, "
+      "cell_phone_contact, responsible_adult_1_name, responsible_adult_2_name) VALUES (?, ?, ?, ?, ?, ?, ?, ?) "
+      "ON CONFLICT (customer_no) DO UPDATE SET Allergies = excluded.Allergies, Medications = excluded.Medications, "
+      "special_needs = excluded.special_needs, child_full_name = excluded.child_full_name, "
+      "cell_phone_contact = excluded.cell_phone_contact, responsible_adult_1_name = excluded.responsible_adult_1_name, "
+      "responsible_adult_2_name = excluded.responsible_adult_2_name",
+      {Variant(customer_no), call.In("@allergies"), call.In("@medications"), call.In("@special_needs"),
+       call.In("@child_full_name"), call.In("@cell_phone_contact"), call.In("@responsible_adult_1_name"),
+       call.In("@responsible_adult_2_name")});
+  db.Execute(
+      "INSERT INTO kiv_customer_setting (customer_no, guest_height_range, guest_weight_range) VALUES (?, ?, ?) "
+      "ON CONFLICT (customer_no) DO UPDATE SET guest_height_range = excluded.guest_height_range, "
+      "guest_weight_range = excluded.guest_weight_range",
+      {Variant(customer_no), call.In("@guest_height_range"), call.In("@guest_weight_range")});
+  call.Out("@message", Variant(""));
+}
+
+void GetGroupMembers(ProcedureCall& call) {
+  call.ReturnRows(
+      "SELECT g.customer_group_id, g.Description, c.customer_no, c.full_name FROM kiv_customer_group_member m "
+      "JOIN kiv_customer_group g ON g.customer_group_id = m.customer_group_id "
+      "JOIN kiv_customer c ON c.customer_no = m.customer_no "
+      "WHERE (?1 IS NULL OR m.customer_group_id = ?1) AND (?2 IS NULL OR m.customer_no = ?2) "
+      "ORDER BY g.Description, c.full_name, c.customer_no",
+      {call.Criterion("@customer_group_id"), call.IsNull("@customer_no") || call.Long("@customer_no") == 0
+                                                 ? Variant::Null()
+                                                 : Variant(call.Long("@customer_no"))});
+}
+
+void InsertGroupMembership(ProcedureCall& call) {
+  SqliteDatabase& db = call.Db();
+  int32_t customer_no = call.Long("@customer_no");
+  std::string group = call.Text("@customer_group_id");
+  if (!CustomerExists(db, customer_no)) return Refuse(call, "Customer " + std::to_string(customer_no) + " does not exist.");
+  if (db.QueryValue("SELECT 1 FROM kiv_customer_group WHERE customer_group_id = ?", {Variant(group)}).IsNull())
+    return Refuse(call, "The customer group '" + group + "' does not exist.");
+  db.Execute("INSERT OR IGNORE INTO kiv_customer_group_member (customer_group_id, customer_no) VALUES (?, ?)",
+             {Variant(group), Variant(customer_no)});
+  call.Out("@message", Variant(""));
+}
+
+void DeleteGroupMembership(ProcedureCall& call) {
+  call.Db().Execute("DELETE FROM kiv_customer_group_member WHERE customer_group_id = ? AND customer_no = ?",
+                    {call.In("@customer_group_id"), Variant(call.Long("@customer_no"))});
+  call.Out("@message", Variant(""));
+}
+
+void GetClubMembership(ProcedureCall& call) {
+  int32_t limit = call.Long("@num_return");
+  call.ReturnRows(
+      "SELECT m.club_id, k.Description, m.customer_no, m.member_id, m.is_active, m.join_date FROM kiv_club_member m "
+      "JOIN kiv_club k ON k.club_id = m.club_id WHERE m.customer_no = ?1 "
+      "AND (?2 IS NULL OR (m.is_active <> 0) = (?2 <> 0)) ORDER BY m.join_date DESC, m.club_id LIMIT ?3",
+      {Variant(call.Long("@customer_no")), call.In("@is_active"), Variant(limit > 0 ? limit : -1)});
+}
+
+}  // namespace
+
+void AddSideRecordProcedures(ProcedureRegistry& registry) {
+  registry.Add({"KIV_SP_CUSTOMER_GetCustomerCC",
+                {InInt("@household_no"), InInt("@customer_no"), InInt("@card_customer_no"), InInt("@card_seq_no"),
+                 InText("@kiv_user", 20), InText("@kiv_password", 40)},
+                false,
+                GetCustomerCC});
+  registry.Add({"KIV_SP_CUSTOMER_InsertCreditCard",
+                {InInt("@customer_no"), InText("@track_1", 80), InText("@track_2", 40), InText("@card_no", 20),
+                 InText("@exp_date", 7), InText("@zip", 15), InText("@address", 60), InText("@x_card_no", 25),
+                 InText("@pay_method_id", 10), InText("@kiv_user", 20), InBit("@is_active"), OutInt("@card_seq_no"),
+                 OutText("@message", 255)},
+                true,
+                InsertCreditCard});
+  registry.Add({"KIV_SP_CUSTOMER_CUSTOMER_ALERT_get",
+                {InInt("@customer_no"), OutSmall("@height_default"), OutSmall("@weight_default")},
+                false,
+                AlertGet});
+  registry.Add({"KIV_SP_CUSTOMER_CUSTOMER_ALERT_update",
+                {InInt("@customer_no"), InText("@allergies", 255), InText("@medications", 255),
+                 InText("@special_needs", 255), InText("@child_full_name", 100), InText("@cell_phone_contact", 20),
+                 InText("@responsible_adult_1_name", 100), InText("@responsible_adult_2_name", 100),
+                 InSmall("@guest_height_range"), InSmall("@guest_weight_range"), OutText("@message", 255)},
+                true,
+                AlertUpdate});
+  registry.Add(
+      {"KIV_SP_GetGroupMembers", {InText("@customer_group_id", 20), InInt("@customer_no")}, false, GetGroupMembers});
+  registry.Add({"KIV_SP_InsertCustomerGroupMembership",
+                {InInt("@customer_no"), InText("@customer_group_id", 20), OutText("@message", 255)},
+                true,
+                InsertGroupMembership});
+  registry.Add({"KIV_SP_DeleteCustomerGroupMembership",
+                {InInt("@customer_no"), InText("@customer_group_id", 20), OutText("@message", 255)},
+                true,
+                DeleteGroupMembership});
+  registry.Add({"KIV_SP_CLUB_GetClubMembership",
+                {InInt("@customer_no"), InSmall("@is_active"), InSmall("@num_return")},
+                false,
+                GetClubMembership});
+}
+
+}  // namespace kiv::refhost

@@ -1,0 +1,38 @@
+// The signed-on user's application server over the customer database.
+#include "refhost/ref_app_server.h"
+
+#include "host/host_error.h"
+
+namespace kiv::refhost {
+
+RefAppServer::RefAppServer(std::shared_ptr<SqliteDatabase> db, std::string user_id, std::string password,
+                           std::shared_ptr<TraceHook> trace)
+    : db_(std::move(db)),
+      user_id_(std::move(user_id)),
+      connection_(std::make_shared<SqliteConnection>(db_, user_id_, std::move(password), ProcedureRegistry::Standard(),
+                                                     std::move(trace))),
+      error_object_(std::make_shared<RefErrorObject>(db_, user_id_)),
+      settings_(std::make_shared<SqliteSettingsStore>(db_, user_id_)) {
+  connection_->SetErrorObject(error_object_);
+}
+
+std::shared_ptr<host::DBConnection> RefAppServer::GetConnection(const std::string&) { return connection_; }
+
+void RefAppServer::RecordTaskActivity(const std::string& task_code, const std::string& screen,
+                                      const std::string& detail, Variant& result) {
+  try {
+    db_->Execute("INSERT INTO kiv_activity_log (logged_at, user_id, task_code, screen, detail) VALUES (?, ?, ?, ?, ?)",
+                 {Variant(db_->Now()), Variant(user_id_), Variant(task_code), Variant(screen), Variant(detail)});
+    result = Variant(true);
+  } catch (const HostError&) {
+    result = Variant(false);
+  }
+}
+
+Variant RefAppServer::CheckPermission(const std::string& task_code, const std::string&, const std::string&) {
+  Variant held = db_->QueryValue("SELECT 1 FROM kiv_user_permission WHERE user_id = ? AND task_code = ?",
+                                 {Variant(user_id_), Variant(task_code)});
+  return Variant(!held.IsNull());
+}
+
+}  // namespace kiv::refhost

@@ -1,0 +1,42 @@
+// The application server of one signed-on user of the reference host: the connection, the
+// error object, the user's settings, permissions and the activity log.
+#pragma once
+#include <memory>
+#include <string>
+
+#include "host/app_server.h"
+#include "refhost/ref_error_object.h"
+#include "refhost/sqlite_connection.h"
+#include "refhost/sqlite_settings_store.h"
+
+namespace kiv::refhost {
+
+class RefAppServer : public host::AppServer {
+ public:
+  RefAppServer(std::shared_ptr<SqliteDatabase> db, std::string user_id, std::string password,
+               std::shared_ptr<TraceHook> trace = nullptr);
+
+  std::shared_ptr<host::SettingsStore> UserSettings() override { return settings_; }
+  //! The one connection of this user, whatever the name.
+  std::shared_ptr<host::DBConnection> GetConnection(const std::string& name) override;
+  std::shared_ptr<host::ErrorObject> GetErrorObject() override { return error_object_; }
+  //! One row of kiv_activity_log; `result` becomes True, or False when the row could not be written.
+  void RecordTaskActivity(const std::string& task_code, const std::string& screen, const std::string& detail,
+                          Variant& result) override;
+  //! True when kiv_user_permission holds the task code for this user; area and sub-area are not
+  //! used to narrow the grant.
+  Variant CheckPermission(const std::string& task_code, const std::string& area, const std::string& sub_area) override;
+
+  const std::string& UserId() const { return user_id_; }
+  std::shared_ptr<SqliteConnection> Connection() const { return connection_; }
+  std::shared_ptr<RefErrorObject> Errors() const { return error_object_; }
+
+ private:
+  std::shared_ptr<SqliteDatabase> db_;
+  std::string user_id_;
+  std::shared_ptr<SqliteConnection> connection_;
+  std::shared_ptr<RefErrorObject> error_object_;
+  std::shared_ptr<SqliteSettingsStore> settings_;
+};
+
+}  // namespace kiv::refhost

@@ -1,0 +1,67 @@
+// Reading a statement's rows and column metadata into memory.
+#include "refhost/row_set.h"
+
+#include <sqlite3.h>
+
+#include "core/text.h"
+#include "refhost/sqlite_database.h"
+
+namespace kiv::refhost {
+
+std::vector<ColumnInfo> DescribeColumns(SqliteDatabase& db, sqlite3_stmt* stmt, bool rowid_first) {
+  std::vector<ColumnInfo> columns;
+  int count = sqlite3_column_count(stmt);
+  for (int c = rowid_first ? 1 : 0; c < count; ++c) {
+    ColumnInfo info;
+    info.name = sqlite3_column_name(stmt, c);
+    const char* decl = sqlite3_column_decltype(stmt, c);
+    info.type = ColumnTypeFromDecl(decl != nullptr ? decl : "");
+    const char* table = sqlite3_column_table_name(stmt, c);
+    const char* origin = sqlite3_column_origin_name(stmt, c);
+    if (table != nullptr && origin != nullptr) {
+      info.table = table;
+      info.origin = origin;
+      int not_null = 0, primary = 0;
+      if (sqlite3_table_column_metadata(db.Handle(), nullptr, table, origin, nullptr, nullptr, &not_null, &primary,
+                                        nullptr) == SQLITE_OK)
+        info.nullable = not_null == 0;
+    }
+    columns.push_back(std::move(info));
+  }
+  return columns;
+}
+
+RowSet ReadRowSet(SqliteDatabase& db, sqlite3_stmt* stmt, bool rowid_first) {
+  RowSet set;
+  set.columns = DescribeColumns(db, stmt, rowid_first);
+  const int first = rowid_first ? 1 : 0;
+  const size_t width = set.columns.size();
+  int rc;
+  while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
+    std::vector<Variant> row;
+    row.reserve(width);
+    for (size_t c = 0; c < width; ++c)
+      row.push_back(ReadColumn(stmt, static_cast<int>(c) + first, set.columns[c].type.kind));
+    if (rowid_first) set.rowids.push_back(sqlite3_column_int64(stmt, 0));
+    set.rows.push_back(std::move(row));
+  }
+  if (rc != SQLITE_DONE) db.Fail("Reading rows failed");
+  // An expression has no declared type: its first value tells what it holds.
+  for (size_t c = 0; c < width; ++c) {
+    if (!set.columns[c].table.empty() || set.columns[c].type.kind != ValueKind::Any) continue;
+    for (const auto& row : set.rows) {
+      if (row[c].IsNull()) continue;
+      set.columns[c].type = ColumnTypeFromValue(row[c]);
+      break;
+    }
+  }
+  return set;
+}
+
+int FindColumn(const std::vector<ColumnInfo>& columns, std::string_view name) {
+  for (size_t i = 0; i < columns.size(); ++i)
+    if (EqualsNoCase(columns[i].name, name)) return static_cast<int>(i);
+  return -1;
+}
+
+}  // namespace kiv::refhost

@@ -1,0 +1,66 @@
+// The reference host's DBConnection over one SQLite database: dialect translation, the
+// one-statement and read-only rules, procedure calls as transactions, and the trace.
+#pragma once
+#include <memory>
+#include <string>
+
+#include "host/db_connection.h"
+#include "host/error_object.h"
+#include "refhost/procedure_registry.h"
+#include "refhost/sqlite_database.h"
+#include "refhost/trace.h"
+
+namespace kiv::refhost {
+
+class SqliteCommand;
+
+class SqliteConnection : public host::DBConnection {
+ public:
+  //! `trace` is shared with the host so that tracing can be switched on later.
+  SqliteConnection(std::shared_ptr<SqliteDatabase> db, std::string user_id, std::string password,
+                   const ProcedureRegistry& registry = ProcedureRegistry::Standard(),
+                   std::shared_ptr<TraceHook> trace = nullptr);
+
+  //! Where failures are shown; without one they only set the error flag.
+  void SetErrorObject(std::shared_ptr<host::ErrorObject> error_object) { error_object_ = std::move(error_object); }
+
+  std::string UserPassword() override { return password_; }
+  std::string UserID() override { return user_id_; }
+  //! A query that writes, or more than one statement, is refused: flag set, failure shown.
+  std::shared_ptr<host::Recordset> OpenReadOnlyRecordset(const std::string& sql, bool& error) override;
+  std::shared_ptr<host::Recordset> OpenForwardReadOnlyRecordset(const std::string& sql, bool& error) override;
+  //! A SELECT on one table; rows can be added, changed and deleted.
+  std::shared_ptr<host::Recordset> OpenUpdatableRecordset(const std::string& sql, bool& error) override;
+  //! Runs one statement; `extra` receives the number of rows changed.
+  void ExecuteSQL(const std::string& sql, bool& error, Variant& extra) override;
+  std::shared_ptr<host::Command> CreateCommand(bool& error) override;
+  //! A command whose text is the given name, unchanged.
+  std::shared_ptr<host::Command> CreateCommandText(const std::string& text) override;
+  //! The next number of the named sequence, in one statement; a sequence never used starts
+  //! above the highest number its table already holds. Throws HostError on failure.
+  int32_t GetNextSequenceNo(const std::string& sequence_name) override;
+  //! Runs a procedure as one transaction (rolled back on failure) and stores its outputs.
+  void ExecuteCommand(const std::shared_ptr<host::Command>& command, bool& error) override;
+  std::shared_ptr<host::Recordset> cmdOpenForwardReadOnlyRecordset(const std::shared_ptr<host::Command>& command,
+                                                                   bool& error, Variant& extra) override;
+
+  SqliteDatabase& Database() { return *db_; }
+
+ private:
+  enum class ReadMode { Forward, Static };
+  std::shared_ptr<host::Recordset> OpenRead(const char* operation, const std::string& sql, ReadMode mode, bool& error);
+  std::shared_ptr<host::Recordset> RunCommand(const char* operation, const std::shared_ptr<host::Command>& command,
+                                              bool want_rows, bool& error);
+  void Fail(TraceEvent& event, int32_t number, const std::string& description,
+            const std::shared_ptr<host::Command>& command);
+  void Emit(const TraceEvent& event) const;
+
+  std::shared_ptr<SqliteDatabase> db_;
+  std::string user_id_;
+  std::string password_;
+  const ProcedureRegistry& registry_;
+  std::shared_ptr<TraceHook> trace_;
+  std::shared_ptr<host::ErrorObject> error_object_;
+};
+
+}  // namespace kiv::refhost
