@@ -1,0 +1,333 @@
+// The search screen's controls, captions and menus, what it takes from the engine, and its
+// load, activation and unload: lists, group search state, the opening tab.
+#include "screens/search/frm_find.h"
+
+#include "core/version.h"
+#include "engine/c_cust_engine.h"
+#include "host/host_error.h"
+#include "records/c_customer.h"
+
+namespace kiv {
+
+namespace {
+
+constexpr const char* kCaption = "Find Customer";
+constexpr const char* kGroupCaption = "Find Customer of Group ";
+
+}  // namespace
+
+frmFind::frmFind()
+    : ui::Form("frmFind"),
+      fraPerson(Add<ui::Frame>("fraPerson", "Person")),
+      txtLastName(AddIn<ui::TextBox>(fraPerson, "txtLastName")),
+      txtFirstName(AddIn<ui::TextBox>(fraPerson, "txtFirstName")),
+      txtZip(AddIn<ui::TextBox>(fraPerson, "txtZip")),
+      txtPersonCompany(AddIn<ui::TextBox>(fraPerson, "txtPersonCompany")),
+      optGender(AddIn<ui::OptionGroup>(fraPerson, "optGender", std::vector<std::string>{"Male", "Female", "Either"})),
+      cmbGroup(AddIn<ui::ComboBox>(fraPerson, "cmbGroup")),
+      fraCompany(Add<ui::Frame>("fraCompany", "Company")),
+      txtCompanyName(AddIn<ui::TextBox>(fraCompany, "txtCompanyName")),
+      txtCompanyZip(AddIn<ui::TextBox>(fraCompany, "txtCompanyZip")),
+      cmbCompanyGroup(AddIn<ui::ComboBox>(fraCompany, "cmbCompanyGroup")),
+      fraAdvanced(Add<ui::Frame>("fraAdvanced", "Advanced")),
+      txtAccessID(AddIn<ui::TextBox>(fraAdvanced, "txtAccessID")),
+      txtSalesOrder(AddIn<ui::TextBox>(fraAdvanced, "txtSalesOrder")),
+      txtCustomerNo(AddIn<ui::TextBox>(fraAdvanced, "txtCustomerNo")),
+      txtBookNo(AddIn<ui::TextBox>(fraAdvanced, "txtBookNo")),
+      fraClub(Add<ui::Frame>("fraClub", "Club")),
+      cmbClubId(AddIn<ui::ComboBox>(fraClub, "cmbClubId")),
+      txtClubLastName(AddIn<ui::TextBox>(fraClub, "txtClubLastName")),
+      txtClubFirstName(AddIn<ui::TextBox>(fraClub, "txtClubFirstName")),
+      txtMemberId(AddIn<ui::TextBox>(fraClub, "txtMemberId")),
+      optClubStatus(AddIn<ui::OptionGroup>(fraClub, "optClubStatus", std::vector<std::string>{"Active", "Inactive", "All"})),
+      tabFind(Add<ui::TabStrip>("tabFind")),
+      cmdFind(Add<ui::CommandButton>("cmdFind", "F&ind Now")),
+      cmdNewSearch(Add<ui::CommandButton>("cmdNewSearch", "Ne&w Search")),
+      fxgCustomers(Add<ui::Grid>("fxgCustomers")),
+      cmdMore(Add<ui::CommandButton>("cmdMore", "Get MORE!")),
+      cmdOk(Add<ui::CommandButton>("cmdOk", "&OK")),
+      cmdCancel(Add<ui::CommandButton>("cmdCancel", "Cancel")),
+      stbSearch(Add<ui::StatusBar>("stbSearch")),
+      mnuCustomer(Add<ui::MenuItem>("mnuCustomer", "&Customer")),
+      mnuAdd(AddIn<ui::MenuItem>(mnuCustomer, "mnuAdd", "&Add...")),
+      mnuCustomerAddMember(AddIn<ui::MenuItem>(mnuCustomer, "mnuCustomerAddMember", "Add &Family Member")),
+      mnuCustomerDetails(AddIn<ui::MenuItem>(mnuCustomer, "mnuCustomerDetails", "Properties...")),
+      mnuAccountInfo(AddIn<ui::MenuItem>(mnuCustomer, "mnuAccountInfo", "Account &Information...")),
+      mnuDeDup(AddIn<ui::MenuItem>(mnuCustomer, "mnuDeDup", "&Merge Duplicate Customers")),
+      mnuView(Add<ui::MenuItem>("mnuView", "&View")),
+      mnuOptionsViewWillCall(AddIn<ui::MenuItem>(mnuView, "mnuOptionsViewWillCall", "&WillCall Status")),
+      mnuOptionsViewClubMembership(AddIn<ui::MenuItem>(mnuView, "mnuOptionsViewClubMembership", "&Club Membership")),
+      mnuViewOpenSalesOrders(AddIn<ui::MenuItem>(mnuView, "mnuViewOpenSalesOrders", "&Open Sales Orders Status")),
+      mnuViewReservations(AddIn<ui::MenuItem>(mnuView, "mnuViewReservations", "&Reservations Status")),
+      mnuOptions(Add<ui::MenuItem>("mnuOptions", "&Options")),
+      mnuOptionsSearchView(AddIn<ui::MenuItem>(mnuOptions, "mnuOptionsSearchView", "Default &Search Tab")),
+      mnuDefaultPerson(AddIn<ui::MenuItem>(mnuOptionsSearchView, "mnuDefaultPerson", "&Person")),
+      mnuDefaultCompany(AddIn<ui::MenuItem>(mnuOptionsSearchView, "mnuDefaultCompany", "&Company")),
+      mnuDefaultAdvanced(AddIn<ui::MenuItem>(mnuOptionsSearchView, "mnuDefaultAdvanced", "&Advanced")),
+      mnuDefaultClub(AddIn<ui::MenuItem>(mnuOptionsSearchView, "mnuDefaultClub", "&Club")),
+      mnuOptionsUseCollection(AddIn<ui::MenuItem>(mnuOptions, "mnuOptionsUseCollection", "Keep Customers In Memory")),
+      mnuHelp(Add<ui::MenuItem>("mnuHelp", "&Help")),
+      mnuHelpAboutCustomer(AddIn<ui::MenuItem>(mnuHelp, "mnuHelpAboutCustomer", "&About Customer")) {
+  SetCaption(kCaption);
+  AddLabels();
+
+  tabFind.AddTab("Person", "Person");
+  tabFind.AddTab("Company", "Company");
+  tabFind.AddTab("Advanced", "Advanced");
+  tabFind.AddTab("Club", "Club");
+  tabFind.SetSelectedIndex(1);
+  ShowTabFrames();
+
+  optGender.SetValue(kGenderEither);
+  optClubStatus.SetValue(kClubAll);
+
+  cmdFind.SetDefault(true);
+  cmdCancel.SetCancel(true);
+  cmdMore.SetToolTipText("Get MORE Customers.");
+  cmdMore.SetEnabled(false);
+
+  stbSearch.AddPanel("FOUND", "Ready...");
+  stbSearch.AddPanel("DISPLAY", "Ready...");
+
+  SetUpGrid();
+  WireEvents();
+}
+
+frmFind::~frmFind() = default;
+
+void frmFind::AddLabels() {
+  struct LabelSpec {
+    ui::Control& container;
+    const char* name;
+    const char* caption;
+  };
+  const LabelSpec labels[] = {
+      {fraPerson, "lblLastName", "Last:"},
+      {fraPerson, "lblFirstName", "First:"},
+      {fraPerson, "lblZip", "Zip:"},
+      {fraPerson, "lblPersonCompany", "Company:"},
+      {fraPerson, "lblGroup", "Group:"},
+      {fraCompany, "lblCompanyName", "Name:"},
+      {fraCompany, "lblCompanyZip", "Zip:"},
+      {fraCompany, "lblCompanyGroup", "Group:"},
+      {fraAdvanced, "lblAdvancedNote", "Exclusive searches, these searches are independant of each other:"},
+      {fraAdvanced, "lblAccessID", "Access ID:"},
+      {fraAdvanced, "lblSalesOrder", "Sales Order #:"},
+      {fraAdvanced, "lblCustomerNo", "Customer #:"},
+      {fraAdvanced, "lblBookNo", "Booking #:"},
+      {fraClub, "lblClubId", "Club:"},
+      {fraClub, "lblClubLastName", "Last:"},
+      {fraClub, "lblClubFirstName", "First:"},
+      {fraClub, "lblMemberId", "MemberId:"},
+  };
+  for (const LabelSpec& spec : labels) AddIn<ui::Label>(spec.container, spec.name, spec.caption);
+}
+
+void frmFind::WireEvents() {
+  on_load = [this] { Guard("Form_Load", [this] { OnLoad(); }); };
+  on_activate = [this] { Guard("Form_Activate", [this] { OnActivate(); }); };
+  on_query_unload = [this](int& cancel, int unload_mode) {
+    // The close box leaves like OK without a choice: the screen hides and stays loaded,
+    // so a shared screen keeps its criteria for the next call.
+    if (unload_mode != ui::vbFormControlMenu) return;
+    cancel = 1;
+    Hide();
+  };
+  on_unload = [this](int&) { Guard("Form_Unload", [this] { OnUnload(); }); };
+
+  tabFind.on_click = [this] {
+    // The club search belongs to users who may see club memberships.
+    if (!fraClub.Enabled() && tabFind.SelectedKey() == "Club") {
+      tabFind.SetSelectedIndex(tabFind.FindKey("Person"));
+      return;
+    }
+    ShowTabFrames();
+  };
+
+  for (ui::TextBox* field : {&txtLastName, &txtFirstName, &txtZip, &txtPersonCompany, &txtCompanyName,
+                             &txtCompanyZip, &txtAccessID, &txtSalesOrder}) {
+    field->on_got_focus = [field] { field->SelectAll(); };
+  }
+  txtAccessID.on_change = [this] {
+    CheckNumericField(txtAccessID, "Access Number Validation", "The value for Access Number must be numeric");
+  };
+  txtCustomerNo.on_change = [this] {
+    CheckNumericField(txtCustomerNo, "Customer Number Validation", "The value for Customer Number must be numeric");
+  };
+  txtSalesOrder.on_change = [this] {
+    CheckNumericField(txtSalesOrder, "Sales Order Validation", "The value for Sales Order Number must be numeric");
+  };
+
+  cmdFind.on_click = [this] {
+    Guard("cmdFind_Click", [this] {
+      cmdMore.SetEnabled(false);
+      Find();
+    });
+  };
+  cmdMore.on_click = [this] { Guard("cmdMore_Click", [this] { GetMore(); }); };
+  cmdNewSearch.on_click = [this] { Guard("cmdNewSearch_Click", [this] { NewSearch(); }); };
+  cmdOk.on_click = [this] { Guard("cmdOk_Click", [this] { Ok(); }); };
+  cmdCancel.on_click = [this] { CancelSearch(); };
+
+  fxgCustomers.on_dbl_click = [this] {
+    Guard("fxgCustomers_DblClick", [this] {
+      // Picking for a caller, a double click chooses the row; browsing, it opens it.
+      if (select_mode_) {
+        Ok();
+        return;
+      }
+      ShowProperties();
+    });
+  };
+  fxgCustomers.on_before_collapse = [this](int row, int state, bool&) {
+    if (state != ui::flexOutlineExpanded) return;
+    Guard("fxgCustomers_BeforeCollapse", [this, row] { LoadRelatedRows(row); });
+  };
+
+  mnuAdd.on_click = [this] { Guard("mnuAdd_Click", [this] { AddCustomer(); }); };
+  mnuCustomerAddMember.on_click = [this] { Guard("mnuCustomerAddMember_Click", [this] { AddFamilyMember(); }); };
+  mnuCustomerDetails.on_click = [this] { Guard("mnuCustomerDetails_Click", [this] { ShowProperties(); }); };
+  mnuAccountInfo.on_click = [this] { Guard("mnuAccountInfo_Click", [this] { ShowAccountInfo(); }); };
+  mnuDeDup.on_click = [this] { Guard("mnuDeDup_Click", [this] { MergeDuplicates(); }); };
+
+  mnuOptionsViewWillCall.on_click = [this] {
+    Guard("mnuOptionsViewWillCall_Click", [this] { ToggleViewOption(mnuOptionsViewWillCall, "ViewWillCall", kColWillcall); });
+  };
+  mnuOptionsViewClubMembership.on_click = [this] {
+    Guard("mnuOptionsViewClubMembership_Click",
+          [this] { ToggleViewOption(mnuOptionsViewClubMembership, "ViewClubMembership", kColClub); });
+  };
+  mnuViewOpenSalesOrders.on_click = [this] {
+    Guard("mnuViewOpenSalesOrders_Click",
+          [this] { ToggleViewOption(mnuViewOpenSalesOrders, "ViewOpenSalesOrders", kColSO); });
+  };
+  mnuViewReservations.on_click = [this] {
+    Guard("mnuViewReservations_Click", [this] { ToggleViewOption(mnuViewReservations, "ViewReservations", kColRes); });
+  };
+  mnuDefaultPerson.on_click = [this] { Guard("mnuDefaultPerson_Click", [this] { ChooseDefaultTab("Person"); }); };
+  mnuDefaultCompany.on_click = [this] { Guard("mnuDefaultCompany_Click", [this] { ChooseDefaultTab("Company"); }); };
+  mnuDefaultAdvanced.on_click = [this] { Guard("mnuDefaultAdvanced_Click", [this] { ChooseDefaultTab("Advanced"); }); };
+  mnuDefaultClub.on_click = [this] { Guard("mnuDefaultClub_Click", [this] { ChooseDefaultTab("Club"); }); };
+  mnuOptionsUseCollection.on_click = [this] {
+    Guard("mnuOptionsUseCollection_Click", [this] { ToggleUseCollection(); });
+  };
+  mnuHelpAboutCustomer.on_click = [this] {
+    Guard("mnuHelpAboutCustomer_Click", [this] {
+      if (open_about) open_about(*this);
+    });
+  };
+}
+
+void frmFind::SetSelectMode(bool select_mode, const std::string& group_id) {
+  select_mode_ = select_mode;
+  group_id_ = group_id;
+}
+
+void frmFind::Guard(const char* routine, const std::function<void()>& body) {
+  int32_t number = 0;
+  std::string description;
+  try {
+    body();
+    return;
+  } catch (const HostError& e) {
+    number = e.number;
+    description = e.description;
+  } catch (const VbError& e) {
+    number = e.Number();
+    description = e.Description();
+  } catch (const std::exception& e) {
+    number = kErrInvalidCall;
+    description = e.what();
+  }
+  try {
+    if (error_object_)
+      error_object_->Display(number, SourcePrefix("frmFind") + " " + routine, description, false, Variant(), Variant(),
+                             Variant(), search_command_, "");
+  } catch (...) {
+    // A report that fails itself is dropped: the screen stays usable.
+  }
+}
+
+void frmFind::OnLoad() {
+  RestorePosition();
+  ApplyViewOptions();
+  CheckDefaultTabItem(GetSetting("Default Search", "Person"));
+}
+
+void frmFind::OnActivate() {
+  cancelled_ = false;
+  selected_.reset();
+  if (!lists_filled_ && db_) FillLists();
+
+  const bool allowed_club = engine_ == nullptr || engine_->AllowCustShowClub();
+  const bool allowed_add = engine_ != nullptr && engine_->AllowCustAdd();
+  const bool allowed_dedup = engine_ != nullptr && engine_->AllowCustDedup();
+  fraClub.SetEnabled(allowed_club);
+  mnuAdd.SetEnabled(allowed_add);
+  mnuDeDup.SetEnabled(allowed_dedup);
+  mnuOptionsUseCollection.SetChecked(engine_ != nullptr && engine_->UseCollection());
+  mnuOptionsUseCollection.SetEnabled(engine_ != nullptr);
+
+  ApplyGroupSearch();
+  SelectOpeningTab();
+  if (ui::Control* first = FirstFieldOfTab()) first->SetFocus();
+}
+
+void frmFind::ApplyGroupSearch() {
+  if (group_id_.empty()) {
+    SetCaption(kCaption);
+    cmbGroup.SetEnabled(true);
+    cmbCompanyGroup.SetEnabled(true);
+    return;
+  }
+  const int person_index = cmbGroup.FindKey(group_id_);
+  const int company_index = cmbCompanyGroup.FindKey(group_id_);
+  cmbGroup.SetListIndex(person_index);
+  cmbCompanyGroup.SetListIndex(company_index);
+  cmbGroup.SetEnabled(false);
+  cmbCompanyGroup.SetEnabled(false);
+  SetCaption(std::string(kGroupCaption) + (person_index >= 0 ? cmbGroup.List(person_index) : group_id_));
+}
+
+void frmFind::SelectOpeningTab() {
+  std::string key = default_tab_.empty() ? GetSetting("Default Search", "Person") : default_tab_;
+  int index = tabFind.FindKey(key);
+  if (index == 0 || (!fraClub.Enabled() && index == tabFind.FindKey("Club"))) index = tabFind.FindKey("Person");
+  tabFind.SetSelectedIndex(index);
+}
+
+void frmFind::ShowTabFrames() {
+  const std::string key = tabFind.SelectedKey();
+  fraPerson.SetVisible(key == "Person");
+  fraCompany.SetVisible(key == "Company");
+  fraAdvanced.SetVisible(key == "Advanced");
+  fraClub.SetVisible(key == "Club");
+}
+
+void frmFind::OnUnload() {
+  SavePosition();
+  ResetForNextLoad();
+}
+
+void frmFind::ResetForNextLoad() {
+  // An unloaded screen comes back as new: empty fields, lists filled again, a new command.
+  for (ui::TextBox* field : {&txtLastName, &txtFirstName, &txtZip, &txtPersonCompany, &txtCompanyName,
+                             &txtCompanyZip, &txtAccessID, &txtSalesOrder, &txtCustomerNo, &txtBookNo,
+                             &txtClubLastName, &txtClubFirstName, &txtMemberId}) {
+    field->SetText("", false);
+  }
+  cmbGroup.Clear();
+  cmbCompanyGroup.Clear();
+  cmbClubId.Clear();
+  lists_filled_ = false;
+  optGender.SetValue(kGenderEither);
+  optClubStatus.SetValue(kClubAll);
+  ClearGrid();
+  cmdMore.SetEnabled(false);
+  stbSearch.SetPanelText("FOUND", "Ready...");
+  stbSearch.SetPanelText("DISPLAY", "Ready...");
+  search_command_.reset();
+  total_count_ = 0;
+}
+
+}  // namespace kiv

@@ -1,0 +1,138 @@
+// The result grid: its columns, one row per customer found (or saved from the editor), the
+// customers related to a row loaded below it when it is expanded, and the two relationship
+// look-ups the customer commands use.
+#include "core/text.h"
+#include "engine/c_cust_engine.h"
+#include "host/db_patterns.h"
+#include "records/c_customer.h"
+#include "screens/search/frm_find.h"
+
+namespace kiv {
+
+namespace {
+
+constexpr const char* kFormatString =
+    "Name|First|>Zip|Relation|^Cust#|^Kind|^Willcall|^SO|^Res|^Image|Level|^Club|Household#";
+constexpr int kRelationWidth = 2200;
+
+std::string Cell(host::Recordset& rs, const char* column) { return NzString(rs.FieldByName(column).Value()); }
+
+//! Name column: the company for a company, else the last name, else the full name.
+std::string NameOf(const std::string& type, const std::string& company, const std::string& last,
+                   const std::string& full) {
+  const std::string& name = type == "C" ? company : last;
+  return name.empty() ? full : name;
+}
+
+std::string FlagText(bool flag) { return flag ? "True" : "False"; }
+
+}  // namespace
+
+void frmFind::SetUpGrid() {
+  fxgCustomers.SetFormatString(kFormatString);
+  fxgCustomers.SetColWidth(kColRelation, kRelationWidth);
+  fxgCustomers.SetColHidden(kColHousehold, true);
+  // The status flags share one display: whatever the database sends (bit, number, Boolean)
+  // reads True or False.
+  for (int col : {kColWillcall, kColSO, kColRes, kColImage, kColClub}) fxgCustomers.SetColFormat(col, "True/False");
+  fxgCustomers.SetSelectionMode(ui::flexSelectionByRow);
+  fxgCustomers.SetEditable(ui::flexEDNone);
+}
+
+void frmFind::ClearGrid() { fxgCustomers.SetRows(fxgCustomers.FixedRows()); }
+
+int frmFind::AddResultRow(host::Recordset& rs, const std::string& relation, int at) {
+  const std::string cells[] = {
+      NameOf(Cell(rs, "customer_type"), Cell(rs, "company_name"), Cell(rs, "last_name"), Cell(rs, "full_name")),
+      Cell(rs, "first_name"),
+      Cell(rs, "Zip"),
+      relation,
+      Cell(rs, "customer_no"),
+      Cell(rs, "customer_kind"),
+      Cell(rs, "has_willcall"),
+      Cell(rs, "has_so"),
+      Cell(rs, "has_reservation"),
+      Cell(rs, "has_image"),
+      Cell(rs, "Customer_Level_ID"),
+      Cell(rs, "has_club"),
+      Cell(rs, "household_no"),
+  };
+  std::string line;
+  for (const std::string& cell : cells) {
+    if (&cell != &cells[0]) line += '\t';
+    line += cell;
+  }
+  fxgCustomers.AddItem(line, at);
+  return at < 0 ? fxgCustomers.Rows() - 1 : at;
+}
+
+void frmFind::WriteCustomerCells(int row, CCustomer& customer) {
+  fxgCustomers.SetTextMatrix(row, kColName,
+                             NameOf(customer.CustomerType(), customer.CompanyName(), customer.LastName(),
+                                    customer.FullName()));
+  fxgCustomers.SetTextMatrix(row, kColFirst, customer.FirstName());
+  fxgCustomers.SetTextMatrix(row, kColZip, customer.Zip());
+  fxgCustomers.SetTextMatrix(row, kColCustNo, std::to_string(customer.CustomerNo()));
+  fxgCustomers.SetTextMatrix(row, kColKind, customer.CustomerKind());
+  fxgCustomers.SetTextMatrix(row, kColWillcall, FlagText(customer.WillCallsAvailable()));
+  fxgCustomers.SetTextMatrix(row, kColSO, FlagText(customer.HasUnInvoiced()));
+  fxgCustomers.SetTextMatrix(row, kColRes, FlagText(customer.HasReservations()));
+  fxgCustomers.SetTextMatrix(row, kColImage, FlagText(customer.HasImage()));
+  fxgCustomers.SetTextMatrix(row, kColLevel, customer.CustomerLevelID());
+}
+
+int32_t frmFind::CurrentCustomerNo() const {
+  const int row = fxgCustomers.Row();
+  if (row < fxgCustomers.FixedRows() || row >= fxgCustomers.Rows()) return 0;
+  const std::string text = Trim(fxgCustomers.TextMatrix(row, kColCustNo));
+  if (text.empty()) return 0;
+  return static_cast<int32_t>(Val(text));
+}
+
+void frmFind::LoadRelatedRows(int row) {
+  if (!db_ || row < fxgCustomers.FixedRows() || row >= fxgCustomers.Rows()) return;
+  // A row's relations are read the first time it opens; closing and opening it again only
+  // shows them again.
+  if (fxgCustomers.RowData(row).Type() == VarType::Boolean) return;
+  const std::string customer_text = Trim(fxgCustomers.TextMatrix(row, kColCustNo));
+  if (customer_text.empty()) return;
+
+  std::shared_ptr<host::Command> command = host::PrepareProcedure(*db_, "KIV_SP_GetCustomerRelationships");
+  if (!command) return;
+  host::Parameters& params = command->GetParameters();
+  params.Item("@customer_no").SetValue(Variant(static_cast<int32_t>(Val(customer_text))));
+  params.Item("@fiscal_year").SetValue(Variant(engine_ != nullptr ? engine_->FiscalYear() : int32_t{0}));
+  host::ScopedRecordset rs = host::OpenProcedure(*db_, command);
+  if (!rs) return;
+  int at = row + 1;
+  for (; !rs.Eof(); rs->MoveNext()) {
+    const int added = AddResultRow(*rs, Cell(*rs, "rel_type_id"), at < fxgCustomers.Rows() ? at : -1);
+    fxgCustomers.SetRowOutlineLevel(added, 1);
+    at = added + 1;
+  }
+  fxgCustomers.SetRowData(row, Variant(true));
+}
+
+std::vector<std::string> frmFind::RelationTypesOf(int32_t customer_no) {
+  std::vector<std::string> types;
+  if (!db_) return types;
+  const std::string n = std::to_string(customer_no);
+  host::ScopedRecordset rs = host::OpenQuery(
+      *db_, std::string("SELECT rel_type_id FROM kiv_customer_rel") + " WHERE child_customer_no = " + n +
+                " OR parent_customer_no = " + n);
+  for (; rs && !rs.Eof(); rs->MoveNext()) types.push_back(Cell(*rs, "rel_type_id"));
+  return types;
+}
+
+int32_t frmFind::HouseholdParentOf(int32_t customer_no) {
+  if (!db_) return 0;
+  // Employment links are not households: an employee belongs to his own family, not to
+  // the company that employs him.
+  host::ScopedRecordset rs = host::OpenQuery(
+      *db_, std::string("SELECT * FROM kiv_customer_rel") + " WHERE child_customer_no = " +
+                std::to_string(customer_no) + " AND rel_type_id <> 'EMPLOYEE'");
+  if (!rs || rs.Eof()) return 0;
+  return NzLong(rs->FieldByName("parent_customer_no").Value());
+}
+
+}  // namespace kiv
