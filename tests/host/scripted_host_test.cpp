@@ -44,7 +44,9 @@ TEST(ScriptedHostParameters, EachExecutionKeepsOnlyItsOwnAssignments) {
 
   EXPECT_EQ(host.AssignedNames("KIV_SP_SaveRow", 0), (std::vector<std::string>{"@row", "@text"}));
   EXPECT_EQ(host.AssignmentsOf("KIV_SP_SaveRow", 1), (std::vector<Assignment>{{"@row", 2}}));
-  EXPECT_EQ(command->GetParameters().Count(), 2);
+  // The lookups reused the parameters; the server's return value (0) came with the run.
+  EXPECT_EQ(host.db->Commands()[0]->Params().Names(), (std::vector<std::string>{"@row", "@text", "@RETURN_VALUE"}));
+  EXPECT_EQ(host::OutputLong(*command, "@return_value", -1), 0);
 }
 
 TEST(ScriptedHostParameters, AssignmentComparisonSeesValueAndNullDifferences) {
@@ -57,12 +59,19 @@ TEST(ScriptedHostParameters, AssignmentComparisonSeesValueAndNullDifferences) {
 
 TEST(ScriptedHostParameters, OutputsArriveAtExecutionNotBefore) {
   ScriptedHost host;
-  host.OnProcedure("KIV_SP_X").Params({"@RETURN_VALUE", Out("@message")}).Outputs({{"@message", "refused"}}).ReturnValue(-3);
+  host.OnProcedure("KIV_SP_X")
+      .Params({"@RETURN_VALUE", Out("@message")})
+      .Outputs({{"@message", "refused"}})
+      .ReturnValue(-3);
+  host.OnProcedure("KIV_SP_Y").Params({"@RETURN_VALUE", Out("@message")}).Outputs({{"@message", "ok"}});
   auto command = PrepareProcedure(*host.db, "KIV_SP_X");
+  auto other = PrepareProcedure(*host.db, "KIV_SP_Y");
   EXPECT_TRUE(command->GetParameters()["@message"].Value().IsEmpty());
   bool error = false;
   host.db->ExecuteCommand(command, error);
+  host.db->ExecuteCommand(other, error);
   EXPECT_EQ(CLng(command->GetParameters()["@return_value"].Value()), -3);
+  EXPECT_EQ(CLng(other->GetParameters()[0].Value()), 0);
   EXPECT_EQ(CStr(command->GetParameters()["@message"].Value()), "refused");
   EXPECT_TRUE(host.AssignmentsOf("KIV_SP_X").empty());
 }

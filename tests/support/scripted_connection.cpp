@@ -14,6 +14,21 @@ namespace {
 // ADO's "unknown" command type: what a new command has until the code sets one.
 constexpr int32_t kCmdUnknown = 8;
 
+// A procedure returns 0 unless it says otherwise, as a server's RETURN does: the return
+// value of a scripted list, or of an unscripted one (created), reads 0 after execution.
+void ReturnZero(ScriptedCommand& command) {
+  ScriptedParameters& params = command.Params();
+  if (!params.Scripted()) {
+    auto& p = params.Ensure("@RETURN_VALUE", host::adParamReturnValue);
+    if (p.Value().IsEmpty()) p.Fill(Variant(int32_t{0}));
+    return;
+  }
+  for (int32_t i = 0; i < params.Count(); ++i) {
+    auto& p = static_cast<ScriptedParameter&>(params.Item(i));
+    if (p.Direction() == host::adParamReturnValue && p.Value().IsEmpty()) p.Fill(Variant(int32_t{0}));
+  }
+}
+
 HostError ConnectionRefused() {
   return HostError(3709, "The connection cannot be used to perform this operation.");
 }
@@ -339,8 +354,13 @@ std::shared_ptr<ScriptedRecordset> ScriptedConnection::Execute(CallKind kind,
     error = log_[at].error = true;
     return nullptr;
   }
+  bool return_scripted = false;
   if (e != nullptr)
-    for (const auto& [name, value] : e->outputs) sc->Params().Ensure(name, host::adParamOutput).Fill(value);
+    for (const auto& [name, value] : e->outputs) {
+      sc->Params().Ensure(name, host::adParamOutput).Fill(value);
+      return_scripted = return_scripted || SameName(name, "@RETURN_VALUE") || SameName(name, "@return_value");
+    }
+  if (!return_scripted) ReturnZero(*sc);
   if (kind != CallKind::CommandOpen) return nullptr;
   auto rs =
       std::make_shared<ScriptedRecordset>(text, CursorKind::ForwardOnly, e != nullptr ? e->results : std::vector<ResultSet>{});

@@ -28,8 +28,10 @@
 // Unscripted calls: a query answers an empty recordset (at end of file; an updatable one
 // still takes AddNew and assignments), a procedure refreshes to an empty list whose
 // parameters are created on first assignment (and still recorded), ExecuteSQL and
-// ExecuteCommand succeed. RequireScript() makes any unscripted query or procedure a test
-// failure instead.
+// ExecuteCommand succeed. An executed procedure's return value reads 0 unless an output
+// for "@RETURN_VALUE" (or "@return_value") is scripted, as a server's RETURN answers; in an
+// unscripted list "@RETURN_VALUE" is created for it. RequireScript() makes any unscripted
+// query or procedure a test failure instead.
 #pragma once
 #include <cstdint>
 #include <functional>
