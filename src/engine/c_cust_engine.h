@@ -63,6 +63,45 @@ class CCustEngine {
   //! "KIVCustomer=1.0.0": the component's name and version.
   std::string VersionStamp() const;
 
+  // ==== Customer search: the search screen's two entries (c_cust_engine_search.cpp) ====
+  //! The optional by-reference arguments of SelectCustomer.
+  struct SelectCustomerArgs {
+    //! Accepted and not used: the search screen opens without an owner.
+    ui::Form* ParentForm = nullptr;
+    //! A connection or error object given here becomes the engine's; one left out receives it.
+    std::shared_ptr<host::DBConnection> oDB;
+    std::shared_ptr<host::ErrorObject> oError;
+    //! True unless a customer was really chosen.
+    bool bError = false;
+    //! A screen of its own for this call instead of the shared one.
+    bool bSpawnNew = false;
+    //! A customer saved from the editor opened by the screen is returned at once.
+    bool bAutoReturnOnOk = false;
+    //! Tab key to open on; empty opens the user's stored default.
+    std::string sDefaultTab;
+    //! Customer group the search is restricted to; empty for none.
+    std::string sGroupId;
+  };
+  //! The optional by-reference arguments of ShowSearchCustomer.
+  struct ShowSearchCustomerArgs {
+    //! The owner the screen is shown over; none when null.
+    ui::Form* ParentForm = nullptr;
+    std::shared_ptr<host::DBConnection> oDB;
+    std::shared_ptr<host::ErrorObject> oError;
+  };
+  //! Lets the clerk pick a customer with the search screen. Cancelled: null. Confirmed
+  //! without a choice: a new empty customer with bError True. Chosen: that customer (cached,
+  //! its household's addresses shared) with bError False. Never throws.
+  std::shared_ptr<CCustomer> SelectCustomer(SelectCustomerArgs& args);
+  std::shared_ptr<CCustomer> SelectCustomer();
+  //! Lets the clerk browse customers with the shared search screen, then unloads it.
+  //! Always null, whatever the clerk chose.
+  std::shared_ptr<CCustomer> ShowSearchCustomer(ShowSearchCustomerArgs& args);
+  std::shared_ptr<CCustomer> ShowSearchCustomer();
+  //! The shared search screen; null until the first search created it.
+  std::shared_ptr<frmFind> SearchScreen() const { return search_screen_; }
+  // ==== end of customer search ====
+
   // ---- component-internal ----
   bool AllowCustAdd() const { return allow_cust_add_; }
   bool AllowCustAddComp() const { return allow_cust_add_comp_; }
