@@ -362,8 +362,8 @@ std::shared_ptr<ScriptedRecordset> ScriptedConnection::Execute(CallKind kind,
     }
   if (!return_scripted) ReturnZero(*sc);
   if (kind != CallKind::CommandOpen) return nullptr;
-  auto rs =
-      std::make_shared<ScriptedRecordset>(text, CursorKind::ForwardOnly, e != nullptr ? e->results : std::vector<ResultSet>{});
+  std::vector<ResultSet> results = e != nullptr ? e->results : std::vector<ResultSet>{};
+  auto rs = std::make_shared<ScriptedRecordset>(text, CursorKind::ForwardOnly, std::move(results));
   recordsets_.push_back(rs);
   return rs;
 }

@@ -124,7 +124,8 @@ bool ScriptedReportService::PrintReport(const host::ClientReport& report, const 
 
 // ---------------------------------------------------------------- card entry
 
-void ScriptedCardEntry::Initialize(std::shared_ptr<host::AppServer> app_server, std::shared_ptr<host::DBConnection> db) {
+void ScriptedCardEntry::Initialize(std::shared_ptr<host::AppServer> app_server,
+                                   std::shared_ptr<host::DBConnection> db) {
   Record("Initialize", {app_server != nullptr, db != nullptr});
 }
 
