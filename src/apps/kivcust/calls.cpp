@@ -1,0 +1,172 @@
+// The engine calls and record operations scripts can make, one table entry each, and the
+// printed form of a customer record.
+#include <iomanip>
+#include <ostream>
+
+#include "apps/kivcust/customer_properties.h"
+#include "apps/kivcust/interpreter.h"
+#include "core/text.h"
+
+namespace kiv::kivcust {
+namespace {
+
+using Args = std::vector<std::string>;
+
+//! The customer number argument of a call; throws std::invalid_argument for bad text.
+int32_t CustomerNoArg(const Args& args, size_t index) { return ParseLong(args.at(index)); }
+
+std::string OpenCustomerCall(Interpreter& in, const Args& args) {
+  OpenCustomerArgs call_args;
+  auto customer = in.GetSession().Engine().OpenCustomer(CustomerNoArg(args, 0), call_args);
+  in.SetResult(customer, call_args.bError);
+  return {};
+}
+
+std::string NewCustomerCall(Interpreter& in, const Args& args) {
+  auto customer = in.NewRecord();
+  customer->SetIsNewCustomer(true);
+  if (!args.empty()) customer->SetCustomerType(UCase(args[0]));
+  in.SetResult(customer, false);
+  return {};
+}
+
+//! Engine operations that work on the record the last call returned.
+std::string NeedsResult(Interpreter& in) {
+  return in.Result() ? std::string() : std::string("there is no record: no call has returned one");
+}
+
+}  // namespace
+
+// The screens' calls (ShowCustomer, SelectCustomer, ShowSearchCustomer) join this table as
+// one entry each; the Ui they show their forms through is already the script's.
+const std::vector<EngineCall>& EngineCalls() {
+  static const std::vector<EngineCall> table = {
+      {"OpenCustomer", 1, 1, "OpenCustomer N", OpenCustomerCall},
+      {"NewCustomer", 0, 1, "NewCustomer [P|C]", NewCustomerCall},
+      {"SaveRentalProfileInformation", 0, 0, "SaveRentalProfileInformation",
+       [](Interpreter& in, const Args&) {
+         if (auto e = NeedsResult(in); !e.empty()) return e;
+         bool ok = in.GetSession().Engine().SaveRentalProfileInformation(in.Result());
+         in.SetResult(in.Result(), !ok);
+         return std::string();
+       }},
+      {"OpenRentalProfileInformation", 0, 0, "OpenRentalProfileInformation",
+       [](Interpreter& in, const Args&) {
+         if (auto e = NeedsResult(in); !e.empty()) return e;
+         bool ok = in.GetSession().Engine().OpenRentalProfileInformation(in.Result());
+         in.SetResult(in.Result(), !ok);
+         return std::string();
+       }},
+      {"UpdateAddressThroughCollection", 0, 0, "UpdateAddressThroughCollection",
+       [](Interpreter& in, const Args&) {
+         if (auto e = NeedsResult(in); !e.empty()) return e;
+         in.GetSession().Engine().UpdateAddressThroughCollection(in.Result());
+         return std::string();
+       }},
+  };
+  return table;
+}
+
+namespace {
+Variant B(bool v) { return Variant(v); }
+}  // namespace
+
+const std::vector<RecordMethod>& RecordMethods() {
+  using I = Interpreter;
+  using C = CCustomer;
+  static const std::vector<RecordMethod> table = {
+      {"Update", 0, 0, "Update", [](I&, C& c, const Args&) { return B(c.Update()); }},
+      {"UpdateHouseholdNo", 0, 0, "UpdateHouseholdNo", [](I&, C& c, const Args&) { return B(c.UpdateHouseholdNo()); }},
+      {"DeleteCustomer", 0, 0, "DeleteCustomer", [](I&, C& c, const Args&) { return B(c.DeleteCustomer()); }},
+      {"OpenCustomer", 0, 1, "OpenCustomer [N]",
+       [](I&, C& c, const Args& a) {
+         int32_t no = a.empty() ? c.CustomerNo() : CustomerNoArg(a, 0);
+         return B(c.OpenCustomer(c.DB(), c.ErrorObject(), Variant(no)));
+       }},
+      {"OpenFlags", 0, 0, "OpenFlags", [](I&, C& c, const Args&) { return B(c.OpenFlags()); }},
+      {"OpenPrimaryAddress", 0, 0, "OpenPrimaryAddress", [](I&, C& c, const Args&) { return B(c.OpenPrimaryAddress()); }},
+      {"OpenEmployer", 0, 0, "OpenEmployer", [](I&, C& c, const Args&) { return B(c.OpenEmployer()); }},
+      {"SaveEmployer", 0, 0, "SaveEmployer", [](I&, C& c, const Args&) { return B(c.SaveEmployer()); }},
+      {"SetEmployer", 1, 1, "SetEmployer N|none",
+       [](I& in, C& c, const Args& a) {
+         if (EqualsNoCase(a[0], "none")) {
+           c.SetEmployer(nullptr);
+           return B(true);
+         }
+         auto employer = in.GetSession().Engine().OpenCustomer(CustomerNoArg(a, 0));
+         c.SetEmployer(employer);
+         return B(true);
+       }},
+      {"OpenAlertsAndSettings", 0, 0, "OpenAlertsAndSettings", [](I&, C& c, const Args&) { return B(c.OpenAlertsAndSettings()); }},
+      {"OpenRentalSettings", 0, 0, "OpenRentalSettings", [](I&, C& c, const Args&) { return B(c.OpenRentalSettings()); }},
+      {"SaveAlertsAndSettings", 0, 0, "SaveAlertsAndSettings", [](I&, C& c, const Args&) { return B(c.SaveAlertsAndSettings()); }},
+      {"OpenCreditCard", 2, 2, "OpenCreditCard CUSTOMER_NO SEQ_NO",
+       [](I&, C& c, const Args& a) { return B(c.OpenCreditCard(CustomerNoArg(a, 0), CustomerNoArg(a, 1))); }},
+      {"CheckMembershipInGroup", 1, 1, "CheckMembershipInGroup GROUP",
+       [](I&, C& c, const Args& a) { return B(c.CheckMembershipInGroup(a[0])); }},
+      {"GetClubMemberId", 0, 1, "GetClubMemberId [N]",
+       [](I&, C& c, const Args& a) { return Variant(c.GetClubMemberId(a.empty() ? c.CustomerNo() : CustomerNoArg(a, 0))); }},
+      {"GetAccountBalance", 0, 0, "GetAccountBalance",
+       [](I& in, C& c, const Args&) {
+         std::string desc;
+         double limit = 0;
+         double balance = c.GetAccountBalance(desc, limit);
+         if (!desc.empty()) in.Out() << "account " << desc << ", limit " << NumberToText(limit) << "\n";
+         return Variant(balance);
+       }},
+      {"HasEmployeeRelationships", 0, 0, "HasEmployeeRelationships",
+       [](I&, C& c, const Args&) { return B(c.HasEmployeeRelationships()); }},
+      {"isInternational", 0, 0, "isInternational", [](I&, C& c, const Args&) { return B(c.isInternational()); }},
+      {"OpenPhotograph", 0, 0, "OpenPhotograph", [](I&, C& c, const Args&) { return B(c.OpenPhotograph()); }},
+      {"LoadPhotoFile", 1, 1, "LoadPhotoFile FILE", [](I&, C& c, const Args& a) { return B(c.LoadPhotoFile(c.DB(), a[0])); }},
+      {"ResetAddresses", 0, 0, "ResetAddresses",
+       [](I&, C& c, const Args&) {
+         c.ResetAddresses();
+         return Variant();
+       }},
+      // Not an operation of the record: gives a new record an address to fill, as the detail
+      // screen does when the clerk types into an empty address page.
+      {"AddAddress", 1, 1, "AddAddress TYPE",
+       [](I&, C& c, const Args& a) {
+         auto address = std::make_shared<CAddress>();
+         address->SetAddressType(UCase(a[0]));
+         address->SetCustomerNo(c.CustomerNo());
+         if (!c.Addresses()) c.SetAddresses(std::make_shared<AddressCollection>());
+         c.Addresses()->Add(UCase(a[0]), address);
+         return B(true);
+       }},
+  };
+  return table;
+}
+
+void PrintCustomer(std::ostream& out, CCustomer& customer, bool all_fields) {
+  out << "customer " << customer.CustomerNo() << ": " << customer.FullName() << "\n";
+  for (const auto& p : CustomerProperties()) {
+    std::string name = p.name;
+    // AccountNo asks the database on every read; the pass-through fields repeat the primary
+    // address printed below.
+    if (name == "AccountNo" || name == "AddressLine1" || name == "AddressLine2" || name == "City" ||
+        name == "State" || name == "CountryID" || name == "Phone" || name == "Fax" || name == "isInternational")
+      continue;
+    std::string value = p.get(customer);
+    if (!all_fields && (value.empty() || value == "False" || value == "0")) continue;
+    out << "  " << std::left << std::setw(22) << name << value << "\n";
+  }
+  auto addresses = customer.Addresses();
+  size_t count = addresses ? addresses->Count() : 0;
+  out << "  addresses: " << count << "\n";
+  for (size_t i = 0; i < count; ++i) {
+    const auto& entry = addresses->At(i);
+    const CAddress& a = *entry.value;
+    out << "    " << std::left << std::setw(10) << entry.key << " #" << a.AddressID() << "  " << a.Name() << ", "
+        << a.AddressLine1();
+    if (!a.AddressLine2().empty()) out << ", " << a.AddressLine2();
+    out << ", " << a.City() << ", " << a.State() << " " << a.Zip() << " " << a.CountryID();
+    if (!a.Phone().empty()) out << "  phone " << a.Phone();
+    if (!a.Fax().empty()) out << "  fax " << a.Fax();
+    if (a.AddressID() == customer.PrimaryAddressID()) out << "  (primary)";
+    out << "\n";
+  }
+}
+
+}  // namespace kiv::kivcust

@@ -1,0 +1,49 @@
+// Opening a session: the database first (so a bad file is reported before anything else),
+// then the trace, then the user and the engine.
+#include "apps/kivcust/session.h"
+
+namespace kiv::kivcust {
+
+Session::Session(const SessionOptions& options) {
+  if (options.today) clock_ = std::make_shared<FixedClock>(*options.today);
+  else clock_ = std::make_shared<SystemClock>();
+  refhost::OpenOptions open;
+  open.create_if_missing = options.create_if_missing;
+  open.clock = clock_;
+  host_ = refhost::RefHost::Open(options.db_path, open);
+  if (!options.trace_file.empty()) trace_.OpenFile(options.trace_file);
+  host_->SetTrace([this](const refhost::TraceEvent& event) { trace_.Record(event); });
+  SignIn(options.user);
+}
+
+Session::~Session() {
+  // The engine and its screens go first, while the connection they hold is still traced
+  // into a writer that exists.
+  engine_.reset();
+  app_server_.reset();
+  if (host_) host_->SetTrace(nullptr);
+}
+
+void Session::SignIn(const std::string& user) {
+  auto app_server = host_->SignIn(user);
+  auto engine = std::make_shared<CCustEngine>();
+  engine->SetUi(ui_);
+  engine->SetClock(clock_);
+  engine->SetAppServer(app_server);
+  app_server_ = std::move(app_server);
+  engine_ = std::move(engine);
+  user_ = user;
+}
+
+void Session::SetToday(Date today) {
+  auto fixed = std::dynamic_pointer_cast<FixedClock>(clock_);
+  if (fixed) {
+    fixed->SetNow(today);
+    return;
+  }
+  clock_ = std::make_shared<FixedClock>(today);
+  host_->Database()->SetClock(clock_);
+  engine_->SetClock(clock_);
+}
+
+}  // namespace kiv::kivcust
