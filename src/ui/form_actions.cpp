@@ -252,9 +252,10 @@ UiResult Form::PerformOn(Control& c, const Action& action) {
       bool editable_combo = combo != nullptr && combo->Style() == vbComboDropdown;
       if (text_box == nullptr && !editable_combo) return UiResult::Fail(c.Name() + " does not take typing");
       if (!focus()) return stayed();
+      bool was_loaded = loaded_;
       for (int cp : CodePoints(action.text)) {
         Control* target = active_;
-        if (target == nullptr || !loaded_) break;  // the form closed while typing
+        if (target == nullptr || (was_loaded && !loaded_)) break;  // the form closed while typing
         KeyStroke k = cp == '\n' ? KeyStroke{vbKeyReturn, 0, 13} : cp == '\t' ? KeyStroke{vbKeyTab, 0, 0} : CharKey(cp);
         std::string error = SendKey(*target, k.key_code, k.shift, k.key_ascii);
         if (!error.empty()) return UiResult::Fail(error);

@@ -95,7 +95,8 @@ std::optional<KeyStroke> ParseKey(std::string_view text) {
   int cp = SingleCodePoint(text);
   if (cp < 0) return std::nullopt;
   KeyStroke k = CharKey(cp);
-  k.shift |= shift;
+  // With a prefix the letter names the key whatever its case; only "Shift+" adds Shift.
+  if (shift != 0) k.shift = shift;
   if ((shift & vbShiftMask) != 0 && cp >= 'a' && cp <= 'z') k.key_ascii = cp - 'a' + 'A';
   if ((shift & vbCtrlMask) != 0 && k.key_code >= 'A' && k.key_code <= 'Z') k.key_ascii = k.key_code - 'A' + 1;
   if ((shift & vbAltMask) != 0) k.key_ascii = 0;  // Alt combinations type nothing

@@ -1,0 +1,191 @@
+// The grid: format strings, rows added from tab-separated text, cells out of range,
+// column formats, the outline, cell edits with their events, and row selection.
+#include "ui/grid.h"
+
+#include <gtest/gtest.h>
+
+#include "core/vb_error.h"
+
+namespace kiv::ui {
+namespace {
+
+class GridTest : public ::testing::Test {
+ protected:
+  GridTest() : grid("grdTest") {
+    grid.on_before_edit = [this](int r, int c, bool& cancel) {
+      log.push_back("BeforeEdit " + std::to_string(r) + "," + std::to_string(c));
+      cancel = refuse_edit;
+    };
+    grid.on_validate_edit = [this](int, int, bool&) { log.push_back("ValidateEdit " + grid.EditText()); };
+    grid.on_after_edit = [this](int r, int c) { log.push_back("AfterEdit " + grid.TextMatrix(r, c)); };
+    grid.on_row_col_change = [this] { log.push_back("RowColChange " + std::to_string(grid.Row())); };
+    grid.on_sel_change = [this] { log.push_back("SelChange"); };
+    grid.on_click = [this] { log.push_back("Click"); };
+  }
+  Grid grid;
+  std::vector<std::string> log;
+  bool refuse_edit = false;
+};
+
+TEST_F(GridTest, FormatStringGivesColumnsHeadersAndAlignment) {
+  struct Case {
+    std::string fmt;
+    std::vector<std::string> heads;
+    std::vector<GridAlign> aligns;
+  };
+  const std::vector<Case> cases = {
+      {"^Name|>Amount|<City|Plain", {"Name", "Amount", "City", "Plain"},
+       {GridAlign::Center, GridAlign::Right, GridAlign::Left, GridAlign::General}},
+      {"|>Con#||^", {"", "Con#", "", ""}, {GridAlign::General, GridAlign::Right, GridAlign::General, GridAlign::Center}},
+      {"One", {"One"}, {GridAlign::General}},
+  };
+  for (const Case& c : cases) {
+    Grid g("grd");
+    g.SetFormatString(c.fmt);
+    ASSERT_EQ(g.Cols(), static_cast<int>(c.heads.size())) << c.fmt;
+    for (int i = 0; i < g.Cols(); ++i) {
+      EXPECT_EQ(g.TextMatrix(0, i), c.heads[i]) << c.fmt << " col " << i;
+      EXPECT_EQ(g.ColAlignment(i), c.aligns[i]) << c.fmt << " col " << i;
+    }
+    EXPECT_EQ(g.Rows(), 1) << c.fmt;
+  }
+}
+
+TEST_F(GridTest, RowPartOfTheFormatStringLabelsRowsAndAddsThem) {
+  grid.SetFormatString("|A|B;|First|Second");
+  ASSERT_EQ(grid.Rows(), 3);
+  EXPECT_EQ(grid.TextMatrix(1, 0), "First");
+  EXPECT_EQ(grid.TextMatrix(2, 0), "Second");
+  EXPECT_EQ(grid.TextMatrix(0, 1), "A");
+}
+
+TEST_F(GridTest, AddItemSplitsAtTabsAndInsertsWhereAsked) {
+  grid.SetFormatString("A|B|C");
+  grid.AddItem("1\t2\t3\t4");  // the extra cell is dropped
+  grid.AddItem("x");           // missing cells stay empty
+  grid.AddItem("\tmid\t", 2);
+  ASSERT_EQ(grid.Rows(), 4);
+  EXPECT_EQ(grid.TextMatrix(1, 2), "3");
+  EXPECT_EQ(grid.TextMatrix(2, 1), "mid");
+  EXPECT_EQ(grid.TextMatrix(3, 0), "x");
+  EXPECT_EQ(grid.TextMatrix(3, 1), "");
+  grid.RemoveItem(1);
+  EXPECT_EQ(grid.TextMatrix(1, 1), "mid");
+  EXPECT_THROW(grid.AddItem("y", 0), VbError);  // not above the header
+  EXPECT_THROW(grid.RemoveItem(0), VbError);
+}
+
+TEST_F(GridTest, CellsOutsideTheGridRaiseSubscriptOutOfRange) {
+  grid.SetFormatString("A|B");
+  grid.AddItem("1\t2");
+  const std::vector<std::pair<int, int>> outside = {{-1, 0}, {2, 0}, {0, 2}, {1, -1}, {100, 100}};
+  for (auto [r, c] : outside) {
+    try {
+      grid.TextMatrix(r, c);
+      ADD_FAILURE() << "no error for " << r << "," << c;
+    } catch (const VbError& e) {
+      EXPECT_EQ(e.Number(), kErrSubscript);
+      EXPECT_EQ(e.Description(), "Subscript out of range");
+    }
+    EXPECT_THROW(grid.SetTextMatrix(r, c, "x"), VbError);
+    EXPECT_THROW(grid.CellChecked(r, c), VbError);
+  }
+}
+
+TEST_F(GridTest, ColumnFormatShowsNumbersAndLeavesOtherTextAndHeadersAlone) {
+  grid.SetFormatString("Item|>Amount");
+  grid.SetColFormat(1, "($#,###.00)");
+  grid.AddItem("a\t-1234.5");
+  grid.AddItem("b\t1234.5");
+  grid.AddItem("c\tn/a");
+  EXPECT_EQ(grid.DisplayText(1, 1), "($1,234.50)");
+  EXPECT_EQ(grid.DisplayText(2, 1), "$1,234.50");
+  EXPECT_EQ(grid.DisplayText(3, 1), "n/a");
+  EXPECT_EQ(grid.DisplayText(0, 1), "Amount");
+  EXPECT_EQ(grid.TextMatrix(1, 1), "-1234.5");
+}
+
+TEST_F(GridTest, CollapsedNodeHidesOnlyTheRowsBelowIt) {
+  grid.SetFormatString("Name");
+  for (const char* name : {"Household", "Member 1", "Member 2", "Other household", "Member 3"}) grid.AddItem(name);
+  for (int node : {1, 4}) grid.SetIsSubtotal(node, true);
+  log.clear();
+  grid.on_after_collapse = [this](int row, int state) {
+    log.push_back("AfterCollapse " + std::to_string(row) + " " + std::to_string(state));
+  };
+  EXPECT_EQ(grid.ToggleOutline(1), "");
+  EXPECT_EQ((std::vector<bool>{grid.RowShown(1), grid.RowShown(2), grid.RowShown(3), grid.RowShown(4), grid.RowShown(5)}),
+            (std::vector<bool>{true, false, false, true, true}));
+  grid.on_before_collapse = [](int, int, bool& cancel) { cancel = true; };
+  grid.ToggleOutline(1);
+  EXPECT_TRUE(grid.IsCollapsed(1));
+  grid.on_before_collapse = nullptr;
+  grid.ToggleOutline(1);
+  EXPECT_TRUE(grid.RowShown(2));
+  EXPECT_EQ(log, (std::vector<std::string>{"AfterCollapse 1 2", "AfterCollapse 1 0"}));
+}
+
+TEST_F(GridTest, EditRunsItsEventsInOrderAndHonoursCancel) {
+  grid.SetFormatString("Key|Value");
+  grid.AddItem("k\told");
+  grid.SetEditable(flexEDKbdMouse);
+  grid.SetCol(0);
+  log.clear();
+  EXPECT_EQ(grid.EditCell(1, 1, "new"), "");
+  EXPECT_EQ(log, (std::vector<std::string>{"RowColChange 1", "BeforeEdit 1,1", "ValidateEdit new", "AfterEdit new"}));
+  refuse_edit = true;
+  EXPECT_EQ(grid.EditCell(1, 1, "refused"), "");
+  EXPECT_EQ(grid.TextMatrix(1, 1), "new");
+  refuse_edit = false;
+  grid.on_validate_edit = [this](int, int, bool&) { grid.SetEditText("CLEANED"); };
+  grid.EditCell(1, 1, "dirty");
+  EXPECT_EQ(grid.TextMatrix(1, 1), "CLEANED");
+}
+
+TEST_F(GridTest, EditIsRefusedWhereTheClerkCannotEdit) {
+  grid.SetFormatString("Flag|Size");
+  grid.AddItem("\tM");
+  EXPECT_NE(grid.EditCell(1, 1, "L"), "");  // not editable
+  grid.SetEditable(flexEDKbd);
+  grid.SetColComboList(1, "#1;S|#2;M|#3;L");
+  EXPECT_NE(grid.EditCell(1, 1, "XL"), "");
+  EXPECT_NE(grid.EditCell(0, 1, "L"), "");  // header
+  EXPECT_NE(grid.EditCell(1, 5, "L"), "");
+  EXPECT_EQ(grid.EditCell(1, 1, "l"), "");
+  EXPECT_EQ(grid.TextMatrix(1, 1), "L");
+  grid.SetColComboList(1, "|S|M");  // a leading bar allows free text
+  EXPECT_EQ(grid.EditCell(1, 1, "XL"), "");
+  grid.SetCellChecked(1, 0, flexUnchecked);
+  EXPECT_NE(grid.EditCell(1, 0, "maybe"), "");
+  EXPECT_EQ(grid.EditCell(1, 0, "true"), "");
+  EXPECT_EQ(grid.CellChecked(1, 0), flexChecked);
+}
+
+TEST_F(GridTest, ListBoxSelectionMakesTheFirstRowCurrent) {
+  grid.SetFormatString("Name");
+  for (const char* name : {"a", "b", "c", "d"}) grid.AddItem(name);
+  grid.SetSelectionMode(flexSelectionListBox);
+  log.clear();
+  grid.SelectRows({4, 2});
+  EXPECT_EQ(grid.Row(), 4);
+  EXPECT_EQ(grid.SelectedRowList(), (std::vector<int>{2, 4}));
+  EXPECT_EQ(grid.SelectedRow(1), 4);
+  EXPECT_EQ(log, (std::vector<std::string>{"RowColChange 4", "SelChange", "Click"}));
+  EXPECT_THROW(grid.SelectRows({9}), VbError);
+}
+
+TEST_F(GridTest, ShrinkingKeepsTheCurrentRowInsideTheGrid) {
+  grid.SetFormatString("Name");
+  EXPECT_EQ(grid.Row(), -1);
+  for (const char* name : {"a", "b", "c"}) grid.AddItem(name);
+  grid.SetRow(3);
+  grid.SetRows(2);
+  EXPECT_EQ(grid.Row(), 1);
+  grid.SetRows(1);
+  EXPECT_EQ(grid.Row(), -1);
+  EXPECT_EQ(grid.SelectedRows(), 0);
+  EXPECT_THROW(grid.SetRows(0), VbError);
+}
+
+}  // namespace
+}  // namespace kiv::ui
