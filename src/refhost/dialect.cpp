@@ -114,6 +114,7 @@ std::string TranslateSql(std::string_view s) {
     if (c == '(') {
       size_t end = MatchHintList(s, i);  // "FROM t (nolock)"
       if (end != std::string_view::npos) {
+        while (!out.empty() && out.back() == ' ') out.pop_back();
         i = end;
         continue;
       }
@@ -162,6 +163,7 @@ std::string TranslateSql(std::string_view s) {
     if (upper == "WITH" && call) {
       size_t end = MatchHintList(s, next);
       if (end != std::string_view::npos) {
+        while (!out.empty() && out.back() == ' ') out.pop_back();
         i = end;
         continue;
       }
