@@ -21,13 +21,10 @@ constexpr int kFiscalYear = 2026;
 // library's distributions do not promise.
 class Rng {
  public:
-  explicit Rng(uint64_t seed) : state_(seed * 0x9E3779B97F4A7C15ULL + 0x632BE59BD9B4E019ULL) {}
-  uint64_t Next() {
-    uint64_t z = (state_ += 0x9E3779B97F4A7C15ULL);
-    z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ULL;
-    z = (z ^ (z >> 27)) * 0x94D049BB133111EBULL;
-    return z ^ (z >> 31);
-  }
+  // The seed is mixed first: neighbouring seeds would otherwise give the same sequence
+  // shifted by a few draws.
+  explicit Rng(uint64_t seed) : state_(Mix(seed ^ 0x632BE59BD9B4E019ULL)) {}
+  uint64_t Next() { return Mix(state_ += 0x9E3779B97F4A7C15ULL); }
   //! 0 .. n-1.
   int Below(int n) { return static_cast<int>(Next() % static_cast<uint64_t>(n)); }
   int Between(int lo, int hi) { return lo + Below(hi - lo + 1); }
@@ -44,6 +41,11 @@ class Rng {
   }
 
  private:
+  static uint64_t Mix(uint64_t z) {
+    z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ULL;
+    z = (z ^ (z >> 27)) * 0x94D049BB133111EBULL;
+    return z ^ (z >> 31);
+  }
   uint64_t state_;
 };
 
@@ -561,7 +563,7 @@ DemoSummary DemoBuilder::Build() {
   }
   while (next_customer_ <= total) {
     int left = total - next_customer_ + 1;
-    if (rng_.Chance(10)) {
+    if (rng_.Chance(15)) {
       MakeCompany();
       continue;
     }

@@ -146,7 +146,7 @@ void DeleteCustomer(ProcedureCall& call) {
     refs += part;
   }
   if (!refs.empty())
-    call.Raise("Customer " + std::to_string(customer_no) + " cannot be deleted: " + refs + " refer to it.");
+    call.Raise("Customer " + std::to_string(customer_no) + " cannot be deleted: it has " + refs + ".");
 
   const std::vector<Variant> key{Variant(customer_no)};
   // Addresses linked to nobody else go with the customer.
