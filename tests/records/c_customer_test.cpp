@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "records/customer_rows.h"
-#include "records/recording_ui.h"
 #include "records/system_country.h"
+#include "support/scripted_ui.h"
 
 namespace kiv {
 namespace {
@@ -18,12 +18,10 @@ struct CustomerLoadTest : ::testing::Test {
   std::shared_ptr<CCustomer> customer = std::make_shared<CCustomer>();
 
   bool Open(int32_t number) { return customer->OpenCustomer(host.db, host.errors, Variant(number)); }
-  //! A stored customer whose "PRIMARY" entry holds the given country and phone.
-  std::shared_ptr<CAddress> AddPrimary(const std::string& country, const std::string& phone = "555") {
+  std::shared_ptr<CAddress> AddPrimary(const std::string& country) {
     auto address = std::make_shared<CAddress>();
-    address->SetAddressType("PRIMARY");
     address->SetCountryID(country);
-    address->SetPhone(phone);
+    address->SetPhone("555");
     address->SetDataChanged(false);
     customer->Addresses()->Add("PRIMARY", address);
     return address;
@@ -31,25 +29,17 @@ struct CustomerLoadTest : ::testing::Test {
 };
 
 TEST_F(CustomerLoadTest, ReadsColumnsWithNullRulesAndBecomesItsOwnHousehold) {
-  test::ScriptCustomer(host, CustomerRow(12, {{"household_no", Variant::Null()},
-                                              {"discount_percentage", Variant::Null()},
-                                              {"Locked", Variant::Null()},
-                                              {"DOB", Variant::Null()},
+  test::ScriptCustomer(host, CustomerRow(12, {{"household_no", Variant::Null()}, {"Locked", Variant::Null()},
+                                              {"discount_percentage", Variant::Null()}, {"DOB", Variant::Null()},
                                               {"last_name", Variant::Null()}}));
   ASSERT_TRUE(Open(12));
   EXPECT_EQ(host.AssignmentsOf("KIV_SP_GetCustomer"), (std::vector<test::Assignment>{{"@customer_no", 12}}));
-  EXPECT_FALSE(customer->IsNewCustomer());
-  EXPECT_EQ(customer->CustomerNo(), 12);
-  EXPECT_EQ(customer->FullName(), "SMITH, ANN");
-  EXPECT_EQ(customer->LastName(), "");
+  EXPECT_EQ(customer->FullName() + "|" + customer->LastName() + "|" + customer->CustomerLevelID(), "SMITH, ANN||GOLD");
   EXPECT_EQ(customer->DiscountPercentage(), 0.0);
   EXPECT_FALSE(customer->Locked());
   EXPECT_TRUE(customer->DOB().IsZero());
   EXPECT_TRUE(customer->DateOfRelease().IsNull()) << "kept as read, null included";
-  EXPECT_EQ(customer->CustomerLevelID(), "GOLD");
-  EXPECT_TRUE(customer->WillCallsAvailable());
-  EXPECT_TRUE(customer->HasUnInvoiced());
-  EXPECT_TRUE(customer->HasReservations());
+  EXPECT_TRUE(customer->WillCallsAvailable() && customer->HasUnInvoiced() && customer->HasReservations());
   EXPECT_FALSE(customer->HasClub());
   EXPECT_EQ(customer->HouseholdNo(), 12);
   EXPECT_TRUE(customer->HouseholdPrimary());
@@ -58,6 +48,8 @@ TEST_F(CustomerLoadTest, ReadsColumnsWithNullRulesAndBecomesItsOwnHousehold) {
 }
 
 TEST_F(CustomerLoadTest, HouseholdMemberReadsThePrimarysAddressesFirstOfATypeWinning) {
+  auto ui = std::make_shared<test::ScriptedUi>();
+  customer->SetUi(ui);
   test::ScriptCustomer(host, CustomerRow(12, {{"household_no", 40}}));
   host.OnQuery("SELECT * FROM kiv_customer_address WHERE customer_no = 40")
       .Row({{"address_no", 1}, {"address_type", "HOME"}, {"primary_address", 0}})
@@ -72,11 +64,9 @@ TEST_F(CustomerLoadTest, HouseholdMemberReadsThePrimarysAddressesFirstOfATypeWin
   EXPECT_EQ(customer->GetAddress("HOME")->AddressID(), 1);
   EXPECT_EQ(customer->GetAddress("BILLING"), nullptr);
   EXPECT_EQ(customer->PrimaryAddressID(), 2);
-  ASSERT_NE(customer->PrimaryAddress(), nullptr);
   EXPECT_EQ(customer->PrimaryAddress()->AddressID(), 2);
-  EXPECT_TRUE(customer->PrimaryAddressLoaded());
+  EXPECT_EQ(customer->PrimaryAddress()->GetUi(), ui) << "addresses report through the record's Ui";
   EXPECT_EQ(customer->CountryID(), "CAN");
-  EXPECT_TRUE(customer->isInternational());
   EXPECT_FALSE(customer->AddressesChanges());
 }
 
@@ -87,7 +77,6 @@ TEST_F(CustomerLoadTest, WithoutAPrimaryRowThePrimaryIsTheEntryKeyedPrimary) {
   test::ScriptAddress(host, "PRIMARY");
   ASSERT_TRUE(Open(12));
   EXPECT_EQ(customer->PrimaryAddressID(), 0);
-  ASSERT_NE(customer->PrimaryAddress(), nullptr);
   EXPECT_EQ(customer->PrimaryAddress()->AddressID(), 5);
   EXPECT_EQ(customer->AddressLine1(), "1 PRIMARY ST");
 }
@@ -96,11 +85,8 @@ TEST_F(CustomerLoadTest, UnknownCustomerOrNoConnectionKeepsConstructionValues) {
   customer->SetCustomerNo(77);
   EXPECT_FALSE(Open(12));
   EXPECT_EQ(customer->CustomerNo(), 77);
-  EXPECT_EQ(customer->CustomerType(), "P");
-  EXPECT_EQ(customer->CustomerLevelID(), "None");
+  EXPECT_EQ(customer->CustomerType() + "|" + customer->CustomerLevelID(), "P|None");
   EXPECT_EQ(customer->SourceName(), "KIVCustomer.CCustomer (1.0.0)");
-  EXPECT_EQ(host.ExecutedProcedures(), (std::vector<std::string>{"KIV_SP_GetCustomer"}));
-
   EXPECT_FALSE(customer->OpenCustomer(nullptr, host.errors, Variant(12)));
   host.OnProcedure("KIV_SP_GetCustomer").Throws(-1, "gone");
   EXPECT_FALSE(Open(12));
@@ -109,11 +95,9 @@ TEST_F(CustomerLoadTest, UnknownCustomerOrNoConnectionKeepsConstructionValues) {
 
 TEST_F(CustomerLoadTest, PhoneAndFaxLetsTouchOnlyAnExistingDifferingPrimary) {
   customer->SetPhone("111");
-  customer->SetFax("222");
   EXPECT_EQ(customer->Phone(), "") << "dropped without a primary address";
-  auto primary = AddPrimary("USA", "555");
+  auto primary = AddPrimary("USA");
   customer->SetPhone("555");
-  EXPECT_FALSE(primary->DataChanged());
   EXPECT_FALSE(customer->AddressesChanges());
   customer->SetPhone("556");
   EXPECT_EQ(primary->Phone(), "556");
@@ -125,15 +109,12 @@ TEST_F(CustomerLoadTest, PhoneAndFaxLetsTouchOnlyAnExistingDifferingPrimary) {
 }
 
 TEST_F(CustomerLoadTest, IsInternationalComparesExactlyWithTheSystemCountry) {
-  const struct {
-    const char* country;
-    bool international;
-  } cases[] = {{"", false}, {"USA", false}, {"usa", true}, {"CAN", true}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.country);
+  const std::pair<const char*, bool> cases[] = {{"", false}, {"USA", false}, {"usa", true}, {"CAN", true}};
+  for (const auto& [country, international] : cases) {
+    SCOPED_TRACE(country);
     customer = std::make_shared<CCustomer>();
-    AddPrimary(c.country);
-    EXPECT_EQ(customer->isInternational(), c.international);
+    AddPrimary(country);
+    EXPECT_EQ(customer->isInternational(), international);
   }
   SetSystemCountryID("CAN");
   EXPECT_FALSE(customer->isInternational());
@@ -146,18 +127,9 @@ TEST_F(CustomerLoadTest, AccountNoAsksTheDatabaseOnEveryRead) {
   host.OnQuery(sql).Once().Fails();
   customer->SetDB(host.db);
   customer->SetCustomerNo(12);
-  customer->SetAccountNo("A-1");
   EXPECT_EQ(customer->AccountNo(), "A-9");
   EXPECT_EQ(customer->AccountNo(), "A-9") << "the last known value when the query fails";
   EXPECT_EQ(host.SqlTexts(), (std::vector<std::string>{sql, sql}));
-}
-
-TEST_F(CustomerLoadTest, HouseholdNoLetDecidesTheHouseholdPrimary) {
-  customer->SetCustomerNo(12);
-  customer->SetHouseholdNo(40);
-  EXPECT_FALSE(customer->HouseholdPrimary());
-  customer->SetHouseholdNo(12);
-  EXPECT_TRUE(customer->HouseholdPrimary());
 }
 
 TEST_F(CustomerLoadTest, OpenPrimaryAddressReadsOnceForAStoredRecord) {
@@ -167,24 +139,11 @@ TEST_F(CustomerLoadTest, OpenPrimaryAddressReadsOnceForAStoredRecord) {
   EXPECT_TRUE(customer->OpenPrimaryAddress());
   EXPECT_EQ(customer->PrimaryAddress()->AddressID(), 8);
   EXPECT_FALSE(customer->OpenPrimaryAddress()) << "already loaded";
-
   auto fresh = std::make_shared<CCustomer>();
   fresh->SetIsNewCustomer(true);
   EXPECT_FALSE(fresh->OpenPrimaryAddress());
   EXPECT_EQ(fresh->PrimaryAddress(), nullptr);
   EXPECT_EQ(host.ExecutedProcedures().size(), 1u);
-}
-
-TEST_F(CustomerLoadTest, AddressesAreCreatedWithTheRecordsUi) {
-  auto ui = std::make_shared<test::RecordingUi>();
-  customer->SetUi(ui);
-  test::ScriptCustomer(host, CustomerRow(12));
-  host.OnQuery("SELECT * FROM kiv_customer_address WHERE customer_no = 12")
-      .Row({{"address_no", 5}, {"address_type", "PRIMARY"}, {"primary_address", 1}});
-  test::ScriptAddress(host, "PRIMARY");
-  ASSERT_TRUE(Open(12));
-  EXPECT_EQ(customer->PrimaryAddress()->GetUi(), ui);
-  EXPECT_NE(std::make_shared<CCustomer>()->GetUi(), nullptr) << "a silent Ui stands in";
 }
 
 }  // namespace

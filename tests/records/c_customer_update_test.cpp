@@ -53,8 +53,8 @@ TEST_F(CustomerSaveTest, NewCustomerIsWrittenWithThirtyParametersInOrder) {
   EXPECT_EQ(value("@zip"), Variant("05401")) << "the primary address's zip";
   EXPECT_EQ(value("@account_id"), Variant("A-1"));
   EXPECT_EQ(value("@preloaded").Type(), VarType::Integer);
-  EXPECT_EQ(value("@preloaded"), Variant(0));
   EXPECT_EQ(value("@cust_modified").Type(), VarType::Integer);
+  EXPECT_EQ(value("@preloaded"), Variant(0));
   EXPECT_EQ(value("@cust_modified"), Variant(-1));
   EXPECT_EQ(value("@kiv_user"), Variant("TESTUSER"));
   EXPECT_TRUE(value("@date_of_release").IsNull());
@@ -77,7 +77,6 @@ TEST_F(CustomerSaveTest, ANewPrimaryAddressIsStoredOnlyWhenSomethingWasEntered) 
   };
   const Case cases[] = {
       {"system country only", &CAddress::SetCountryID, "USA", false},
-      {"second line only", &CAddress::SetAddressLine2, "APT 2", false},
       {"city only", &CAddress::SetCity, "STOWE", false},
       {"phone only", &CAddress::SetPhone, "555", true},
       {"another country", &CAddress::SetCountryID, "CAN", true},
@@ -134,12 +133,11 @@ TEST_F(CustomerSaveTest, UpdateTrapsFailuresAndReportsThemThroughTheErrorObject)
   ASSERT_EQ(host.errors->Count(), 1u);
   const auto call = host.errors->Last();
   EXPECT_EQ(call.number, -2147217873);
-  EXPECT_EQ(call.source, "KIVCustomer.CCustomer (1.0.0) Update");
-  EXPECT_EQ(call.description, "Violation of PRIMARY KEY");
+  EXPECT_EQ(call.source + "|" + call.description + "|" + call.extra,
+            "KIVCustomer.CCustomer (1.0.0) Update|Violation of PRIMARY KEY|");
   EXPECT_FALSE(call.flag);
   EXPECT_TRUE(call.opt1.IsEmpty() && call.opt2.IsEmpty() && call.opt3.IsEmpty());
   EXPECT_EQ(call.related, host.db->Commands().at(0));
-  EXPECT_EQ(call.extra, "");
   EXPECT_EQ(AddressWrites(), 0u) << "addresses not reached are not saved";
 
   // A flag set by the host was already reported: no second report, no address written.
