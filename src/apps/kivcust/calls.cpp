@@ -68,7 +68,8 @@ const std::vector<EngineCall>& EngineCalls() {
 }
 
 namespace {
-Variant B(bool v) { return Variant(v); }
+MethodAnswer B(bool v) { return MethodAnswer{v, Variant(v)}; }
+MethodAnswer V(Variant v) { return MethodAnswer{true, std::move(v)}; }
 }  // namespace
 
 const std::vector<RecordMethod>& RecordMethods() {
@@ -105,14 +106,14 @@ const std::vector<RecordMethod>& RecordMethods() {
       {"CheckMembershipInGroup", 1, 1, "CheckMembershipInGroup GROUP",
        [](I&, C& c, const Args& a) { return B(c.CheckMembershipInGroup(a[0])); }},
       {"GetClubMemberId", 0, 1, "GetClubMemberId [N]",
-       [](I&, C& c, const Args& a) { return Variant(c.GetClubMemberId(a.empty() ? c.CustomerNo() : CustomerNoArg(a, 0))); }},
+       [](I&, C& c, const Args& a) { return V(c.GetClubMemberId(a.empty() ? c.CustomerNo() : CustomerNoArg(a, 0))); }},
       {"GetAccountBalance", 0, 0, "GetAccountBalance",
        [](I& in, C& c, const Args&) {
          std::string desc;
          double limit = 0;
          double balance = c.GetAccountBalance(desc, limit);
          if (!desc.empty()) in.Out() << "account " << desc << ", limit " << NumberToText(limit) << "\n";
-         return Variant(balance);
+         return V(balance);
        }},
       {"HasEmployeeRelationships", 0, 0, "HasEmployeeRelationships",
        [](I&, C& c, const Args&) { return B(c.HasEmployeeRelationships()); }},
@@ -122,10 +123,20 @@ const std::vector<RecordMethod>& RecordMethods() {
       {"ResetAddresses", 0, 0, "ResetAddresses",
        [](I&, C& c, const Args&) {
          c.ResetAddresses();
-         return Variant();
+         return MethodAnswer{};
        }},
-      // Not an operation of the record: gives a new record an address to fill, as the detail
-      // screen does when the clerk types into an empty address page.
+      // Not operations of the customer record: the address record's postal-code lookup (the
+      // answer is the city, state, county, country and area code), and an empty address for a
+      // new record to fill.
+      {"ZipLookUp", 1, 1, "ZipLookUp ZIP",
+       [](I&, C& c, const Args& a) {
+         ZipLookUpArgs out;
+         CAddress lookup;
+         bool found = lookup.ZipLookUp(c.DB(), a[0], out);
+         if (!found) return MethodAnswer{false, Variant()};
+         return MethodAnswer{true, Variant(out.sCity + ", " + out.sState + ", " + out.sCounty + ", " + out.sCountryID +
+                                           ", " + out.sAreaCode)};
+       }},
       {"AddAddress", 1, 1, "AddAddress TYPE",
        [](I&, C& c, const Args& a) {
          auto address = std::make_shared<CAddress>();

@@ -111,7 +111,7 @@ bool Interpreter::ExpectDb(const Statement& st) {
   sqlite3* db = session_.Database().Handle();
   sqlite3_stmt* stmt = nullptr;
   const char* tail = nullptr;
-  const std::string& sql = st.args[0];
+  const std::string& sql = st.args[1];
   if (sqlite3_prepare_v2(db, sql.c_str(), -1, &stmt, &tail) != SQLITE_OK)
     return Fail("the query cannot run: " + std::string(sqlite3_errmsg(db)));
   std::string rest = tail != nullptr ? Trim(tail) : std::string();
@@ -128,8 +128,8 @@ bool Interpreter::ExpectDb(const Statement& st) {
   std::string error = rc == SQLITE_ROW || rc == SQLITE_DONE ? std::string() : sqlite3_errmsg(db);
   sqlite3_finalize(stmt);
   if (!error.empty()) return Fail("the query failed: " + error);
-  if (Compare(actual, st.args[1], st.args[2])) return true;
-  return Fail(Mismatch("db " + Quote(sql), actual, st.args[1], st.args[2]));
+  if (Compare(actual, st.args[2], st.args[3])) return true;
+  return Fail(Mismatch("db " + Quote(sql), actual, st.args[2], st.args[3]));
 }
 
 }  // namespace kiv::kivcust

@@ -136,8 +136,9 @@ bool Interpreter::DoCall(const Statement& st) {
       if (!EqualsNoCase(m.name, name)) continue;
       if (!ArgCountFits(args.size(), m.min_args, m.max_args)) return Fail(std::string("usage: call result.") + m.usage);
       if (!result_) return Fail("there is no record: no call has returned one");
-      last_value_ = m.run(*this, *result_, args);
-      last_ok_ = last_value_.Type() == VarType::Boolean ? last_value_.ToBool() : true;
+      MethodAnswer answer = m.run(*this, *result_, args);
+      last_value_ = answer.value;
+      last_ok_ = answer.ok;
       if (failure_) return false;
       if (interactive_) out_ << "= " << (last_value_.IsEmpty() ? std::string("done") : NzString(last_value_)) << "\n";
       return true;

@@ -54,14 +54,18 @@ struct EngineCall {
   //! Returns an error text, empty on success.
   std::function<std::string(Interpreter&, const std::vector<std::string>&)> run;
 };
-//! An operation of the returned record: `call result.NAME ARGS`; returns what `expect result.ok`
-//! (a Boolean answer) and `expect result.value` (any answer) look at.
+//! What a record operation answered: `expect result.ok` and `expect result.value` read it.
+struct MethodAnswer {
+  bool ok = true;
+  Variant value;
+};
+//! An operation of the returned record: `call result.NAME ARGS`.
 struct RecordMethod {
   const char* name;
   int min_args;
   int max_args;
   const char* usage;
-  std::function<Variant(Interpreter&, CCustomer&, const std::vector<std::string>&)> run;
+  std::function<MethodAnswer(Interpreter&, CCustomer&, const std::vector<std::string>&)> run;
 };
 
 const std::vector<EngineCall>& EngineCalls();

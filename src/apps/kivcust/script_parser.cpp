@@ -83,14 +83,18 @@ ExpectKind ClassifyExpect(const Statement& st) {
   else if (lower == "db") kind = ExpectKind::Db;
   else if (subject.find_first_of(".[") == std::string::npos || subject.front() == '.' || subject.front() == '[')
     throw SyntaxError(st.line, "\"" + subject + "\" is not something to expect (CTRL.PROP, GRID[ROW,COL], result.PROP, ...)");
+  if (kind == ExpectKind::Db) {
+    RequireArgs(st, 4, "db \"SELECT ...\" OP VALUE");
+    if (st.args[1].empty()) throw SyntaxError(st.line, "expected: expect db \"SELECT ...\" OP VALUE");
+    RequireComparison(st, 2);
+    return kind;
+  }
   RequireArgs(st, 3, "SUBJECT OP VALUE");
   RequireComparison(st, 1);
   if (kind == ExpectKind::Sql && st.args[1] != "~" && st.args[1] != "!~")
     throw SyntaxError(st.line, "expected: expect sql ~ TEXT");
   if (kind == ExpectKind::BError && !IsBooleanText(st.args[2]))
     throw SyntaxError(st.line, "expected: expect bError = true|false");
-  if (kind == ExpectKind::Db && Lower(st.args[0]) == "db" && st.args[1].empty())
-    throw SyntaxError(st.line, "expected: expect db \"SELECT ...\" OP VALUE");
   return kind;
 }
 
