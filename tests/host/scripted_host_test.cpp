@@ -2,6 +2,7 @@
 // parameters up without regard to case, to answer entries in order and to record writes.
 #include "support/scripted_host.h"
 
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include "host/db_patterns.h"
@@ -150,6 +151,95 @@ TEST(ScriptedHostRecordsets, LongFieldsComeAndGoInChunks) {
   blob.AppendChunk(Bytes{3});
   EXPECT_EQ(blob.Value().ToBytes(), (Bytes{1, 2, 3}));
   EXPECT_THROW(rs->FieldByName("id").GetChunk(1), HostError);
+}
+
+TEST(ScriptedHostRecordsets, FurtherResultSetsComeFromNextRecordsetAndMustBeClosedToo) {
+  ScriptedHost host;
+  host.OnProcedure("KIV_SP_CUSTOMER_GetAccountAndPayments")
+      .Row({{"Description", "HOUSE"}})
+      .NextResult()
+      .Row({{"Amount", 5.5}})
+      .Row({{"Amount", 7.0}});
+  auto command = PrepareProcedure(*host.db, "KIV_SP_CUSTOMER_GetAccountAndPayments");
+  bool error = false;
+  Variant extra;
+  auto first = host.db->cmdOpenForwardReadOnlyRecordset(command, error, extra);
+  EXPECT_EQ(CStr((*first)["description"]), "HOUSE");
+  EXPECT_EQ(first->RecordCount(), -1);  // a forward-only cursor cannot count
+  auto second = first->NextRecordset();
+  ASSERT_NE(second, nullptr);
+  EXPECT_EQ(first->NextRecordset(), nullptr);
+  second->MoveNext();
+  EXPECT_DOUBLE_EQ(CDbl((*second)["Amount"]), 7.0);
+  first->Close();
+  EXPECT_EQ(host.db->OpenRecordsetCount(), 1u);
+  second->Close();
+  EXPECT_EQ(host.db->OpenRecordsetCount(), 0u);
+}
+
+TEST(ScriptedHostRecordsets, ColumnsAreDeclaredOrInferredFromTheFirstNonNullValue) {
+  ResultSet rs;
+  rs.Row({{"n", Variant::Null()}, {"s", "x"}}).Row({{"n", 4}, {"d", Date::FromParts(2026, 3, 5)}});
+  ASSERT_EQ(rs.columns().size(), 3u);
+  EXPECT_EQ(rs.columns()[0].type, host::adInteger);
+  EXPECT_EQ(rs.columns()[1].type, host::adVarChar);
+  EXPECT_EQ(rs.columns()[2].type, host::adDBTimeStamp);
+  EXPECT_TRUE(rs.rows()[0][2].IsNull());
+
+  ScriptedHost host;
+  host.OnQuery("SELECT amount")
+      .Columns({Col("amount", host::adNumeric, 19, 19, 4), LongCol("notes", host::adLongVarChar)})
+      .Values({12.5, "abcdef"});
+  EXPECT_THROW(host.OnQuery("x").Columns({Col("a")}).Row({{"b", 1}}), std::invalid_argument);
+  EXPECT_THROW(host.OnQuery("y").Columns({Col("a")}).Values({1, 2}), std::invalid_argument);
+  host::ScopedRecordset r = host::OpenQuery(*host.db, "SELECT amount");
+  host::Field& amount = r->FieldAt(0);
+  EXPECT_EQ(amount.Precision(), 19);
+  EXPECT_EQ(amount.NumericScale(), 4);
+  host::Field& notes = r->FieldByName("notes");
+  EXPECT_EQ(CStr(notes.GetChunk(4)), "abcd");
+  EXPECT_EQ(CStr(notes.GetChunk(4)), "ef");
+  EXPECT_TRUE(notes.GetChunk(4).IsNull());
+  r->MoveFirst();
+  EXPECT_EQ(CStr(notes.GetChunk(2)), "ab");
+  EXPECT_THROW(r->FieldAt(2), HostError);
+}
+
+TEST(ScriptedHostScript, StrictScriptAndMissingExecutionsFailTheTest) {
+  ScriptedHost host;
+  host.db->RequireScript();
+  EXPECT_NONFATAL_FAILURE(host::OpenQuery(*host.db, "SELECT 1"), "unscripted database call: OpenForward SELECT 1");
+  EXPECT_NONFATAL_FAILURE(PrepareProcedure(*host.db, "KIV_SP_NONE"), "Refresh KIV_SP_NONE");
+  EXPECT_NONFATAL_FAILURE(host.AssignmentsOf("KIV_SP_NONE"), "KIV_SP_NONE was executed 0 time(s)");
+}
+
+TEST(ScriptedHostServices, SuiteServicesRecordTheirArgumentsAndAnswerAsSet) {
+  ScriptedHost host;
+  auto invoicing = std::make_shared<ScriptedInvoicingService>();
+  auto reports = std::make_shared<ScriptedReportService>();
+  auto cards = std::make_shared<ScriptedCardEntry>();
+  host.app->SetInvoicingService(invoicing);
+  host.app->SetReportService(reports);
+  host.app->SetCardEntry(cards);
+  EXPECT_EQ(host.app->GetReservationService(), nullptr);
+
+  invoicing->SetAnswer("InvoiceAndPay", false);
+  host.app->GetInvoicingService()->Setup(120, {3, 1});
+  EXPECT_FALSE(host.app->GetInvoicingService()->InvoiceAndPay(7, 120));
+  EXPECT_EQ(invoicing->Calls()[0].args, (std::vector<Variant>{120, "3,1"}));
+
+  reports->Define("CUST_FORECAST");
+  host::ClientReport report;
+  EXPECT_FALSE(host.app->GetReportService()->GetClientMapReport("CUST_RENT", report));
+  EXPECT_TRUE(host.app->GetReportService()->GetClientMapReport("CUST_FORECAST", report));
+  EXPECT_EQ(report.report_key, "CUST_FORECAST");
+
+  auto card = std::make_shared<ScriptedCardObject>();
+  std::shared_ptr<host::CardObject> received;
+  host.app->CreateCardEntry()->SetCardEnteredHandler([&](std::shared_ptr<host::CardObject> c) { received = c; });
+  cards->EnterCard(card);
+  EXPECT_EQ(received, card);
+  EXPECT_EQ(host.app->CardEntryCreations(), 1u);
 }
 
 TEST(ScriptedHostServices, PermissionsSettingsAndReportsAreRecorded) {
