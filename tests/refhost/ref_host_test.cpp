@@ -1,0 +1,144 @@
+// Opening customer database files, good and bad, and the signed-on user's services:
+// settings, permissions, the activity log and the error log.
+#include "refhost/ref_host.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "refhost/schema.h"
+#include "temp_database.h"
+
+namespace kiv::refhost::testing {
+namespace {
+
+std::string OpenFailure(const std::string& path, const OpenOptions& options = {}) {
+  try {
+    RefHost::Open(path, options);
+  } catch (const HostError& e) {
+    EXPECT_EQ(e.number, kErrOpen) << e.description;
+    return e.description;
+  }
+  return "(opened)";
+}
+
+void RawExec(const std::string& path, const std::string& sql) {
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
+  sqlite3_close(db);
+}
+
+class RefHostFiles : public ::testing::Test {
+ protected:
+  void TearDown() override { RemoveDatabaseFiles(path_); }
+  std::string path_ = TempPath("files");
+};
+
+TEST_F(RefHostFiles, BuiltInSchemaIsTheSchemaFile) {
+  std::filesystem::path file = std::filesystem::path(__FILE__).parent_path() / "../../src/refhost/schema.sql";
+  std::ifstream in(file);
+  ASSERT_TRUE(in) << file;
+  std::stringstream text;
+  text << in.rdbuf();
+  EXPECT_EQ(text.str(), std::string(SchemaSql())) << "run src/refhost/embed_schema.sh";
+}
+
+TEST_F(RefHostFiles, NewFileGetsTheSchemaAndReopens) {
+  RefHost::Open(path_);
+  auto host = RefHost::Open(path_);
+  EXPECT_EQ(NzLong(host->Database()->QueryValue("PRAGMA user_version")), kSchemaVersion);
+  EXPECT_EQ(NzString(host->Database()->QueryValue("PRAGMA journal_mode")), "wal");
+  EXPECT_EQ(NzLong(host->Database()->QueryValue("SELECT COUNT(*) FROM kiv_sequence")), 4);
+}
+
+TEST_F(RefHostFiles, UnusableFilesGiveOneClearMessage) {
+  OpenOptions no_create;
+  no_create.create_if_missing = false;
+  EXPECT_NE(OpenFailure(path_, no_create).find("does not exist"), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(path_));
+
+  EXPECT_NE(OpenFailure(std::filesystem::temp_directory_path().string()).find("directory"), std::string::npos);
+
+  std::ofstream(path_) << std::string(8192, 'x');
+  EXPECT_NE(OpenFailure(path_).find("not a customer database"), std::string::npos);
+  RemoveDatabaseFiles(path_);
+
+  RawExec(path_, "CREATE TABLE invoices (id INTEGER)");
+  EXPECT_NE(OpenFailure(path_).find("not a customer database"), std::string::npos);
+  RemoveDatabaseFiles(path_);
+
+  RefHost::Open(path_);
+  RawExec(path_, "PRAGMA user_version = " + std::to_string(kSchemaVersion + 1));
+  std::string newer = OpenFailure(path_);
+  EXPECT_NE(newer.find("newer than this program understands"), std::string::npos) << newer;
+  EXPECT_NE(newer.find(path_), std::string::npos) << newer;
+}
+
+TEST_F(RefHostFiles, FileLockedByAnotherProgramFailsAfterTheBusyTimeout) {
+  RefHost::Open(path_);
+  sqlite3* holder = nullptr;
+  ASSERT_EQ(sqlite3_open(path_.c_str(), &holder), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(holder, "PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE;", nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  OpenOptions quick;
+  quick.busy_timeout_ms = 50;
+  std::string message = OpenFailure(path_, quick);
+  EXPECT_NE(message.find("locked"), std::string::npos) << message;
+  sqlite3_exec(holder, "ROLLBACK", nullptr, nullptr, nullptr);
+  sqlite3_close(holder);
+  EXPECT_NO_THROW(RefHost::Open(path_));
+}
+
+class RefHostServices : public TempDatabase {};
+
+TEST_F(RefHostServices, UsersSignInByTheirIdOnly) {
+  EXPECT_EQ(conn_->UserID(), "CLERK");
+  EXPECT_EQ(conn_->UserPassword(), "pw");
+  EXPECT_THROW(host_->SignIn("nobody"), HostError);
+  db_->Execute("UPDATE kiv_user SET is_active = 0");
+  EXPECT_THROW(host_->SignIn("CLERK"), HostError);
+}
+
+TEST_F(RefHostServices, PermissionsAreTheUsersTaskCodes) {
+  EXPECT_TRUE(server_->CheckPermission("CUSTADD", "Customer", "").ToBool());
+  EXPECT_TRUE(server_->CheckPermission("custedit", "Customer", "").ToBool());
+  EXPECT_FALSE(server_->CheckPermission("CCDELETE", "Customer", "").ToBool());
+  EXPECT_FALSE(server_->CheckPermission("CUSTSHOWFORECAST", "Customer", "").ToBool());
+}
+
+TEST_F(RefHostServices, SettingsAreKeptPerUser) {
+  db_->Execute("INSERT INTO kiv_user (user_id) VALUES ('OTHER')");
+  auto mine = server_->UserSettings();
+  auto theirs = host_->SignIn("OTHER")->UserSettings();
+  EXPECT_EQ(mine->GetSetting("AppData", "Customer", "UseCollection", "True"), "True");
+  mine->SaveSetting("AppData", "Customer", "UseCollection", "False");
+  mine->SaveSetting("AppData", "Customer\\Photographer", "CropWidth", "160");
+  mine->SaveSetting("AppData", "Customer", "UseCollection", "False again");
+  EXPECT_EQ(mine->GetSetting("appdata", "CUSTOMER", "usecollection", "True"), "False again");
+  EXPECT_EQ(mine->GetSetting("AppData", "Customer\\Photographer", "CropWidth", "151"), "160");
+  EXPECT_EQ(theirs->GetSetting("AppData", "Customer", "UseCollection", "True"), "True");
+}
+
+TEST_F(RefHostServices, ActivityAndErrorsAreLogged) {
+  Variant result;
+  server_->RecordTaskActivity("CUSTEDIT", "CustDetail", "CN=5;FN=ANN SMITH;", result);
+  EXPECT_TRUE(result.ToBool());
+  auto row = db_->QueryRows("SELECT user_id, task_code, screen, detail, logged_at FROM kiv_activity_log");
+  ASSERT_EQ(row.size(), 1u);
+  EXPECT_EQ(row[0][0].ToString(), "CLERK");
+  EXPECT_EQ(row[0][3].ToString(), "CN=5;FN=ANN SMITH;");
+  EXPECT_EQ(row[0][4].ToString(), "2026-03-14 09:30:00");
+
+  server_->GetErrorObject()->Display(13, "KIVCustomer.CCustomer (1.0.0) Update", "Type mismatch", false, Variant(),
+                                     Variant(), Variant(), nullptr, "");
+  auto error = db_->QueryRows("SELECT error_number, source, description FROM kiv_error_log");
+  ASSERT_EQ(error.size(), 1u);
+  EXPECT_EQ(error[0][0].ToLong(), 13);
+  EXPECT_EQ(error[0][1].ToString(), "KIVCustomer.CCustomer (1.0.0) Update");
+}
+
+}  // namespace
+}  // namespace kiv::refhost::testing
