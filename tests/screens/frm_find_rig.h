@@ -28,6 +28,19 @@ inline Cells SearchRow(int32_t number, const std::string& type, const std::strin
           {"Customer_Level_ID", "GOLD"}, {"household_no", number}};
 }
 
+//! A row of the customer procedure: every column a load reads, null but for those given.
+inline Cells CustomerRow(int32_t number, const std::string& last = "SMITH") {
+  Cells row = {{"customer_no", number}, {"household_no", number}, {"last_name", last}, {"customer_type", "P"}};
+  for (const char* column :
+       {"full_name", "first_name", "company_name", "Zip", "account_id", "comment_note", "DOB", "Locked",
+        "date_of_release", "has_image", "status_id", "discount_percentage", "commission_percentage",
+        "household_primary", "Customer_Level_ID", "Gender", "do_not_mail", "customer_kind", "EMail", "work_phone",
+        "cell_phone", "Occupation", "wedding_anniversary", "has_willcall", "has_club", "has_so", "has_reservation",
+        "has_relationship"})
+    row.push_back({column, Variant::Null()});
+  return row;
+}
+
 struct FindRig {
   ScriptedHost host;
   std::shared_ptr<ScriptedUi> ui = std::make_shared<ScriptedUi>();
