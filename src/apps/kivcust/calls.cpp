@@ -30,6 +30,29 @@ std::string NewCustomerCall(Interpreter& in, const Args& args) {
   return {};
 }
 
+//! SelectCustomer [tab=T] [group=G] [spawn] [autoreturn]: the search screen in select mode,
+//! driven by the lines that follow until it hides.
+std::string SelectCustomerCall(Interpreter& in, const Args& args) {
+  CCustEngine::SelectCustomerArgs call_args;
+  for (const auto& a : args) {
+    if (EqualsNoCase(a, "spawn")) call_args.bSpawnNew = true;
+    else if (EqualsNoCase(a, "autoreturn")) call_args.bAutoReturnOnOk = true;
+    else if (EqualsNoCase(a.substr(0, 4), "tab=")) call_args.sDefaultTab = a.substr(4);
+    else if (EqualsNoCase(a.substr(0, 6), "group=")) call_args.sGroupId = a.substr(6);
+    else return "SelectCustomer takes tab=T group=G spawn autoreturn, not \"" + a + "\"";
+  }
+  auto customer = in.GetSession().Engine().SelectCustomer(call_args);
+  in.SetResult(customer, call_args.bError);
+  return {};
+}
+
+std::string ShowSearchCustomerCall(Interpreter& in, const Args&) {
+  CCustEngine::ShowSearchCustomerArgs call_args;
+  auto customer = in.GetSession().Engine().ShowSearchCustomer(call_args);
+  in.SetResult(customer, false);
+  return {};
+}
+
 //! Engine operations that work on the record the last call returned.
 std::string NeedsResult(Interpreter& in) {
   return in.Result() ? std::string() : std::string("there is no record: no call has returned one");
@@ -37,11 +60,13 @@ std::string NeedsResult(Interpreter& in) {
 
 }  // namespace
 
-// The screens' calls (ShowCustomer, SelectCustomer, ShowSearchCustomer) join this table as
-// one entry each; the Ui they show their forms through is already the script's.
+// A screen's call joins this table as one entry; the Ui its forms are shown through is
+// already the script's. ShowCustomer comes with the detail editor.
 const std::vector<EngineCall>& EngineCalls() {
   static const std::vector<EngineCall> table = {
       {"OpenCustomer", 1, 1, "OpenCustomer N", OpenCustomerCall},
+      {"SelectCustomer", 0, 4, "SelectCustomer [tab=T] [group=G] [spawn] [autoreturn]", SelectCustomerCall},
+      {"ShowSearchCustomer", 0, 0, "ShowSearchCustomer", ShowSearchCustomerCall},
       {"NewCustomer", 0, 1, "NewCustomer [P|C]", NewCustomerCall},
       {"SaveRentalProfileInformation", 0, 0, "SaveRentalProfileInformation",
        [](Interpreter& in, const Args&) {
