@@ -1,6 +1,6 @@
 // The search screen's commands on the current row: OK only on a data row with a number,
-// the customer that cannot be opened, the account right, related rows, Add and Properties
-// through the editor hook, and the household parent of Add Family Member.
+// the customer that cannot be opened, the account right, related rows, and Add and
+// Properties through the editor hook.
 #include <gtest/gtest.h>
 
 #include "frm_find_rig.h"
@@ -90,17 +90,10 @@ TEST(FindCommands, AccountInformationNeedsTheAccountRight) {
 TEST(FindCommands, ExpandingARowListsItsRelatedCustomersBelowItOnce) {
   FindRig rig;
   rig.engine.SetFiscalYear(2026);
-  rig.host.OnProcedure("KIV_SP_GetCustomerRelationships")
-      .Row([] {
-        test::Cells row = SearchRow(8, "P", "SMITH");
-        row.push_back({"rel_type_id", "SPOUSE"});
-        return row;
-      }())
-      .Row([] {
-        test::Cells row = SearchRow(9, "P", "SMITH");
-        row.push_back({"rel_type_id", "CHILD"});
-        return row;
-      }());
+  test::Cells spouse = SearchRow(8, "P", "SMITH"), child = SearchRow(9, "P", "SMITH");
+  spouse.push_back({"rel_type_id", "SPOUSE"});
+  child.push_back({"rel_type_id", "CHILD"});
+  rig.host.OnProcedure("KIV_SP_GetCustomerRelationships").Row(spouse).Row(child);
   ListTwo(rig);
   ui::Grid& grid = rig.screen->fxgCustomers;
   ASSERT_TRUE(grid.ToggleOutline(1).empty());
@@ -169,22 +162,6 @@ TEST(FindCommands, PropertiesRewritesTheRowOrStartsOverWhenTheEditorSaysSo) {
   rig.Do(ActionKind::Click, "mnuCustomerDetails");
   EXPECT_EQ(rig.screen->fxgCustomers.Rows(), 1);
   EXPECT_EQ(rig.Panel("FOUND"), "Ready...");
-}
-
-TEST(FindCommands, AddFamilyMemberOpensForTheHouseholdParent) {
-  FindRig rig;
-  rig.host.OnQuery("SELECT * FROM kiv_customer_rel WHERE child_customer_no = 6 AND rel_type_id <> 'EMPLOYEE'")
-      .Row({{"parent_customer_no", 5}, {"child_customer_no", 6}, {"rel_type_id", "CHILD"}});
-  rig.host.OnProcedure("KIV_SP_GetCustomer").Row(CustomerRow(5));
-  ListTwo(rig);
-  std::vector<int32_t> parents;
-  rig.screen->open_related_customer = [&](frmFind&, const std::shared_ptr<CCustomer>& p) {
-    parents.push_back(p->CustomerNo());
-  };
-  rig.screen->fxgCustomers.SelectRows({2});
-  rig.Do(ActionKind::Click, "mnuCustomerAddMember");
-  EXPECT_EQ(rig.host.db->AssignedValue("KIV_SP_GetCustomer", "@customer_no").ToLong(), 5);
-  EXPECT_EQ(parents, (std::vector<int32_t>{5}));
 }
 
 }  // namespace

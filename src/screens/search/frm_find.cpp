@@ -249,6 +249,7 @@ void frmFind::Guard(const char* routine, const std::function<void()>& body) {
 }
 
 void frmFind::OnLoad() {
+  if (db_) FillLists();
   RestorePosition();
   ApplyViewOptions();
   CheckDefaultTabItem(GetSetting("Default Search", "Person"));
@@ -257,7 +258,7 @@ void frmFind::OnLoad() {
 void frmFind::OnActivate() {
   cancelled_ = false;
   selected_.reset();
-  if (!lists_filled_ && db_) FillLists();
+  if (!lists_filled_ && db_) FillLists();  // loaded before the connection was handed over
 
   const bool allowed_club = engine_ == nullptr || engine_->AllowCustShowClub();
   const bool allowed_add = engine_ != nullptr && engine_->AllowCustAdd();
