@@ -295,6 +295,8 @@ UiResult Form::PerformOn(Control& c, const Action& action) {
         }
         if (!focus()) return stayed();
         if (group != nullptr) {
+          // A click on the chosen option clicks again, though nothing changes.
+          if (group->IsChosen(index)) group->FireClick();
           group->SetValue(index);
         } else {
           tabs->ClickTab(index);
@@ -332,6 +334,7 @@ UiResult Form::PerformOn(Control& c, const Action& action) {
       if (auto* check = dynamic_cast<CheckBox*>(&c)) {
         check->Toggle();
       } else if (auto* option = dynamic_cast<OptionButton*>(&c)) {
+        if (option->Value()) option->FireClick();
         option->SetValue(true);
       } else {
         c.FireClick();

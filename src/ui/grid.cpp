@@ -252,6 +252,15 @@ std::vector<std::string> Grid::ComboItems(int col) const {
   return out;
 }
 
+int Grid::ColDataType(int col) const {
+  CheckCol(col);
+  return col_info_[col].data_type;
+}
+void Grid::SetColDataType(int col, int v) {
+  CheckCol(col);
+  col_info_[col].data_type = v;
+}
+
 int Grid::ColIndex(const std::string& key) const {
   for (int c = 0; c < cols_; ++c) {
     if (!col_info_[c].key.empty() && EqualsNoCase(col_info_[c].key, key)) return c;
@@ -276,6 +285,14 @@ int Grid::RowOutlineLevel(int row) const {
 void Grid::SetRowOutlineLevel(int row, int level) {
   CheckRow(row);
   rows_[row].outline_level = level;
+}
+const std::string& Grid::RowStyle(int row) const {
+  CheckRow(row);
+  return rows_[row].style;
+}
+void Grid::SetRowStyle(int row, const std::string& v) {
+  CheckRow(row);
+  rows_[row].style = v;
 }
 bool Grid::IsSubtotal(int row) const {
   CheckRow(row);

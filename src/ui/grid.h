@@ -83,6 +83,9 @@ class Grid : public Control {
   std::vector<std::string> ComboItems(int col) const;
   const std::string& ColKey(int col) const;
   void SetColKey(int col, const std::string& v);
+  //! The column's data type as the platform numbers it (flexDTBoolean 11...); kept for the screens.
+  int ColDataType(int col) const;
+  void SetColDataType(int col, int v);
   //! The column whose key is `key` (without regard to case); -1 when none.
   int ColIndex(const std::string& key) const;
 
@@ -93,6 +96,9 @@ class Grid : public Control {
   bool RowShown(int row) const;
   int RowOutlineLevel(int row) const;
   void SetRowOutlineLevel(int row, int level);
+  //! How a row is drawn, as the screen names it ("header" for a caption row inside the data); empty is plain.
+  const std::string& RowStyle(int row) const;
+  void SetRowStyle(int row, const std::string& v);
   bool IsSubtotal(int row) const;
   void SetIsSubtotal(int row, bool v);
   //! A collapsed node hides the rows below it with a deeper outline level.
@@ -164,6 +170,7 @@ class Grid : public Control {
     bool subtotal = false;
     bool collapsed = false;
     bool selected = false;
+    std::string style;
     Variant data;
   };
   struct ColInfo {
@@ -173,6 +180,7 @@ class Grid : public Control {
     std::string format;
     std::string combo_list;
     std::string key;
+    int data_type = 0;
   };
   void CheckCell(int row, int col) const;
   int EffectiveLevel(int row) const;

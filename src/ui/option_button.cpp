@@ -14,8 +14,8 @@ OptionButton::OptionButton(std::string name, std::string caption)
 }
 
 void OptionButton::SetValue(bool v) {
-  if (!v) {
-    value_ = false;
+  if (!v || value_) {
+    value_ = v;
     return;
   }
   if (Parent() != nullptr) {

@@ -13,8 +13,8 @@ class OptionButton : public Control {
   const std::string& Caption() const { return caption_; }
   void SetCaption(std::string v) { caption_ = std::move(v); }
   bool Value() const { return value_; }
-  //! Turning it on clears the other option buttons of its container and fires Click
-  //! (also when it was on already, as a click does); turning it off fires nothing.
+  //! Turning it on clears the other option buttons of its container and fires Click when
+  //! it was off; turning it off fires nothing.
   void SetValue(bool v);
 
  private:

@@ -65,6 +65,7 @@ void OptionGroup::SetValue(int index) {
     return;
   }
   CheckIndex(index);
+  if (index == value_) return;
   value_ = index;
   FireClick();
 }

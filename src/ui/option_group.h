@@ -23,8 +23,8 @@ class OptionGroup : public Control {
   void SetOptionVisible(int index, bool v);
   //! The chosen option's index; -1 when none.
   int Value() const { return value_; }
-  //! Chooses option `index` (-1 clears); VbError 9 outside. Fires Click when an option is
-  //! chosen (also again), nothing when cleared.
+  //! Chooses option `index` (-1 clears); VbError 9 outside. Fires Click when the choice
+  //! changes to an option; clearing fires nothing.
   void SetValue(int index);
   //! True when option `index` is the chosen one.
   bool IsChosen(int index) const { return value_ == index; }

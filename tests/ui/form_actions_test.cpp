@@ -192,5 +192,33 @@ TEST_F(FormActionsTest, DescriptionNestsContainedControlsAndShowsGridCells) {
   EXPECT_NE(text.find("[2] 9 | ANN"), std::string::npos) << text;
 }
 
+TEST_F(FormActionsTest, NoActionOrQueryCrashesOnOddInput) {
+  grid.SetEditable(flexEDKbdMouse);
+  const std::vector<std::string> texts = {"", "0", "-1", "99999999999", "x", "Ctrl+", "[1,1]", "\xff\xfe"};
+  const std::vector<std::vector<int>> rows = {{}, {-5}, {1}, {2, 1}, {1000}};
+  std::vector<std::string> names;
+  for (Control* c : form.Controls()) names.push_back(c->Name());
+  names.push_back("");
+  for (int kind = 0; kind <= static_cast<int>(ActionKind::Close); ++kind) {
+    for (const std::string& control : names) {
+      for (const std::string& text : texts) {
+        for (const auto& r : rows) {
+          for (int col : {-1, 1, 50}) {
+            UiResult result = form.Perform(Action{static_cast<ActionKind>(kind), control, text, r, col});
+            EXPECT_TRUE(result.ok || !result.error.empty()) << control << " kind " << kind;
+          }
+        }
+      }
+    }
+  }
+  for (const std::string& control : names) {
+    for (const char* prop : {"text", "value", "selected", "count", "[-1,0]", "[0,99]", "colhidden[x]", "panel[]",
+                             "rowhidden[-1]", "checked", "caption", "Cells", ""}) {
+      UiResult result = form.Query(control, prop);
+      EXPECT_TRUE(result.ok || !result.error.empty()) << control << "." << prop;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace kiv::ui
