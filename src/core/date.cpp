@@ -69,6 +69,7 @@ DayAndSecond SplitSerial(double serial) {
     second -= 86400;
     day += serial < 0 ? -1 : 1;
   }
+  if (day < kFirstSerial || day > kLastSerial) RaiseError(kErrOverflow);
   return {day, second};
 }
 

@@ -75,8 +75,17 @@ std::optional<Date> AsDate(const Variant& value) {
   return date;
 }
 
+// The value's own text; a date outside the calendar shows as its serial number.
+std::string PlainText(const Variant& value) {
+  try {
+    return value.ToString();
+  } catch (const VbError&) {
+    return NumberToText(value.ToDate().Serial());
+  }
+}
+
 std::string Named(const Variant& value, const NamedFormat& f) {
-  const std::string plain = value.ToString();
+  const std::string plain = PlainText(value);
   if (f.is_date) {
     const std::optional<Date> date = AsDate(value);
     if (!date) return plain;
@@ -97,15 +106,15 @@ std::string Named(const Variant& value, const NamedFormat& f) {
 
 std::string Format(const Variant& value, std::string_view format) {
   if (value.IsNull() || value.IsEmpty()) return "";
-  if (format.empty()) return value.ToString();
+  if (format.empty()) return PlainText(value);
   if (const NamedFormat* named = FindNamed(Trim(format))) return Named(value, *named);
   if (format_detail::IsNumberMask(format)) {
     const std::optional<double> number = AsNumber(value);
-    return number ? FormatNumber(*number, format) : value.ToString();
+    return number ? FormatNumber(*number, format) : PlainText(value);
   }
   const std::optional<Date> date = AsDate(value);
-  if (!date) return value.ToString();
-  return FormatDate(*date, format).value_or(value.ToString());
+  if (!date) return PlainText(value);
+  return FormatDate(*date, format).value_or(PlainText(value));
 }
 
 }  // namespace kiv

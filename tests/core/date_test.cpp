@@ -57,6 +57,9 @@ TEST(DateTest, ImpossiblePartsRaiseInvalidCall) {
   }
   EXPECT_EQ(Date::FromParts(2024, 2, 29).Day(), 29);
   EXPECT_THROW(Date(1e12).Year(), VbError);
+  EXPECT_THROW(Date(-657435.0).Year(), VbError);  // 31 Dec 99, before the calendar starts
+  EXPECT_EQ(Date(-657434.0).ToIso(), "0100-01-01");
+  EXPECT_THROW(Date(2958465.9999999999).Day(), VbError);  // rounds past 31 Dec 9999
 }
 
 TEST(DateTest, ParseAcceptsIsoUsAndMonthNameForms) {

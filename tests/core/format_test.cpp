@@ -123,6 +123,7 @@ TEST(FormatTest, HowEachKindOfValueEntersAFormat) {
       {46086.0, "MM/dd/yyyy", "03/05/2026"},
       {Date::FromParts(1900, 1, 1), "0.00", "2.00"},
       {1e300, "MM/dd/yyyy", "1E+300"},
+      {Date(1e12), "MM/dd/yyyy", "1000000000000"},  // a date outside the calendar shows its serial
       {1.5, "", "1.5"},
       {1.5, "Bogus", "1.5"},
       {true, "", "True"},
