@@ -95,6 +95,8 @@ const ProcedureRegistry& ProcedureRegistry::Standard() {
     AddAddressProcedures(r);
     AddSideRecordProcedures(r);
     AddSearchProcedures(r);
+    AddHouseholdProcedures(r);
+    AddCardFileProcedures(r);
     return r;
   }();
   return registry;

@@ -97,6 +97,8 @@ void AddCustomerProcedures(ProcedureRegistry& registry);
 void AddAddressProcedures(ProcedureRegistry& registry);
 void AddSideRecordProcedures(ProcedureRegistry& registry);
 void AddSearchProcedures(ProcedureRegistry& registry);
+void AddHouseholdProcedures(ProcedureRegistry& registry);
+void AddCardFileProcedures(ProcedureRegistry& registry);
 
 // Parameter declarations, shortest form.
 ProcedureParam InInt(std::string name);

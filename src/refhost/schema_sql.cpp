@@ -218,6 +218,8 @@ CREATE TABLE kiv_customer_cc (
   is_active BIT NOT NULL DEFAULT 1,
   created_by VARCHAR(20),
   create_date DATETIME,
+  modified_by VARCHAR(20),
+  modified_on DATETIME,
   PRIMARY KEY (customer_no, card_seq_no)
 );
 

@@ -1,0 +1,130 @@
+// Household, family, employer, merge and card-file procedures on a real database.
+#include <gtest/gtest.h>
+
+#include "temp_database.h"
+
+namespace kiv::refhost::testing {
+namespace {
+
+class HouseholdProcedures : public TempDatabase {
+ protected:
+  void SetUp() override {
+    TempDatabase::SetUp();
+    db_->Execute("INSERT INTO kiv_customer (customer_no, last_name, first_name, household_no, household_primary, Zip) "
+                 "VALUES (1, 'SMITH', 'ANN', 1, 1, '05401'), (2, 'SMITH', 'TIM', 2, 1, NULL), "
+                 "(3, 'SMYTH', 'ANNE', 3, 1, NULL)");
+  }
+  Variant Out(const std::shared_ptr<host::Command>& c, const char* name) { return c->GetParameters()[name].Value(); }
+  int32_t HouseholdOf(int32_t no) {
+    return NzLong(Scalar("SELECT household_no FROM kiv_customer WHERE customer_no = " + std::to_string(no)));
+  }
+};
+
+TEST_F(HouseholdProcedures, FamilyMembersJoinAndLeaveTheParentsHousehold) {
+  auto add = Procedure("KIV_SP_INSERTCUSTOMER_ADD_FAMILY", {{"@customer_no", Variant(int32_t{1})},
+                                                            {"@last_name", Variant("SMITH")},
+                                                            {"@first_name", Variant("KIM")},
+                                                            {"@full_name", Variant("KIM SMITH")},
+                                                            {"@dob", Variant(Date::FromParts(2015, 6, 1))},
+                                                            {"@rel_type_id", Variant("CHILD")},
+                                                            {"@household_no", Variant(int32_t{1})},
+                                                            {"@user_id", Variant("CLERK")}});
+  ASSERT_TRUE(Run(add));
+  int32_t kim = Out(add, "@new_customer_no").ToLong();
+  EXPECT_EQ(kim, 4);
+  EXPECT_EQ(HouseholdOf(kim), 1);
+  EXPECT_EQ(NzString(Scalar("SELECT rel_type_id FROM kiv_customer_rel WHERE child_customer_no = 4")), "CHILD");
+
+  auto relate = Procedure("KIV_SP_UpdateCustomerRelationship", {{"@parent_customer_no", Variant(int32_t{1})},
+                                                                {"@child_customer_no", Variant(int32_t{2})},
+                                                                {"@rel_type_id", Variant("SPOUSE")}});
+  ASSERT_TRUE(Run(relate));
+  EXPECT_EQ(HouseholdOf(2), 1);
+  auto none = Procedure("KIV_SP_UpdateCustomerRelationship", {{"@parent_customer_no", Variant(int32_t{1})},
+                                                              {"@child_customer_no", Variant(int32_t{3})}});
+  ASSERT_TRUE(Run(none));
+  EXPECT_EQ(Out(none, "@return_value").ToLong(), -1);
+  EXPECT_EQ(HouseholdOf(3), 3);
+
+  ASSERT_TRUE(Run(Procedure("KIV_SP_DeleteCustomerRelationship",
+                            {{"@parent_customer_no", Variant(int32_t{1})}, {"@child_customer_no", Variant(int32_t{2})}})));
+  EXPECT_EQ(HouseholdOf(2), 2);
+  EXPECT_EQ(NzLong(Scalar("SELECT household_primary FROM kiv_customer WHERE customer_no = 2")), 1);
+  EXPECT_EQ(Count("kiv_customer_rel"), 1);
+}
+
+TEST_F(HouseholdProcedures, EmployerLinksAreKeptPerFiscalYear) {
+  db_->Execute("INSERT INTO kiv_customer (customer_no, company_name, customer_type) VALUES (9, 'ACME', 'C')");
+  auto link = [&](bool active) {
+    return Run(Procedure("KIV_SP_UpdateCustomerEmployerRelationship", {{"@customer_no", Variant(int32_t{1})},
+                                                                       {"@fiscal_year", Variant(int32_t{2026})},
+                                                                       {"@employer_customer_no", Variant(int32_t{9})},
+                                                                       {"@is_active", Variant(active)},
+                                                                       {"@comment_note", Variant("SEASONAL")}}));
+  };
+  ASSERT_TRUE(link(true));
+  ASSERT_TRUE(link(false));
+  EXPECT_EQ(Count("kiv_customer_employer"), 1);
+  EXPECT_EQ(NzLong(Scalar("SELECT is_active FROM kiv_customer_employer")), 0);
+  ASSERT_TRUE(Run(Procedure("SP_DeleteCustomerEmployerRelationship", {{"@customer_no", Variant(int32_t{1})},
+                                                                      {"@fiscal_year", Variant(int32_t{2026})},
+                                                                      {"@employer_customer_no", Variant(int32_t{9})}})));
+  EXPECT_EQ(Count("kiv_customer_employer"), 0);
+}
+
+TEST_F(HouseholdProcedures, MergeMovesActivityAndRemovesTheOldCustomer) {
+  db_->Execute("INSERT INTO kiv_sales_order (salesorder_no, customer_no) VALUES (50, 3)");
+  db_->Execute("INSERT INTO kiv_address (address_no, address_type) VALUES (7, 'PRIMARY'), (8, 'PRIMARY')");
+  db_->Execute("INSERT INTO kiv_customer_address (customer_no, address_no, address_type, primary_address) VALUES "
+               "(3, 7, 'PRIMARY', 1), (1, 8, 'PRIMARY', 1)");
+  db_->Execute("INSERT INTO kiv_customer_cc (customer_no, card_seq_no, x_card_no) VALUES (3, 1, 'X1'), (1, 1, 'X2')");
+  auto merge = Procedure("SP_CUSTOMER_DEDUP", {{"@old_customer_no", Variant(int32_t{3})},
+                                               {"@new_customer_no", Variant(int32_t{1})}});
+  ASSERT_TRUE(Run(merge));
+  EXPECT_EQ(Out(merge, "@return_value").ToLong(), 0);
+  EXPECT_TRUE(Scalar("SELECT 1 FROM kiv_customer WHERE customer_no = 3").IsNull());
+  EXPECT_EQ(NzLong(Scalar("SELECT customer_no FROM kiv_sales_order")), 1);
+  EXPECT_EQ(NzLong(Scalar("SELECT COUNT(*) FROM kiv_customer_address WHERE customer_no = 1")), 2);
+  EXPECT_EQ(NzLong(Scalar("SELECT address_no FROM kiv_customer_address WHERE primary_address <> 0")), 8);
+  EXPECT_EQ(NzLong(Scalar("SELECT COUNT(DISTINCT card_seq_no) FROM kiv_customer_cc WHERE customer_no = 1")), 2);
+
+  auto self = Procedure("SP_CUSTOMER_DEDUP", {{"@old_customer_no", Variant(int32_t{1})},
+                                              {"@new_customer_no", Variant(int32_t{1})}});
+  ASSERT_TRUE(Run(self));
+  EXPECT_EQ(Out(self, "@return_value").ToLong(), -1);
+}
+
+TEST_F(HouseholdProcedures, ActiveCardsAskBeforeTheyAreDeleted) {
+  db_->Execute("INSERT INTO kiv_customer_cc (customer_no, card_seq_no, x_card_no, is_active) VALUES (1, 1, 'X', 1)");
+  auto del = [&](bool confirm) {
+    auto c = Procedure("KIV_SP_CUSTOMER_CC_delete", {{"@customer_no", Variant(int32_t{1})},
+                                                     {"@card_seq_no", Variant(int32_t{1})},
+                                                     {"@kiv_user", Variant("CLERK")},
+                                                     {"@confirm_delete", Variant(confirm)}});
+    EXPECT_TRUE(Run(c));
+    return Out(c, "@return_value").ToLong();
+  };
+  EXPECT_EQ(del(false), 1);
+  EXPECT_EQ(Count("kiv_customer_cc"), 1);
+  EXPECT_EQ(del(true), 0);
+  EXPECT_EQ(Count("kiv_customer_cc"), 0);
+  EXPECT_EQ(del(true), -1);
+
+  db_->Execute("INSERT INTO kiv_customer_cc (customer_no, card_seq_no, x_card_no, is_active) VALUES (1, 2, 'X', 1)");
+  auto off = Procedure("KIV_SP_CUSTOMER_UpdateCreditCard", {{"@customer_no", Variant(int32_t{1})},
+                                                            {"@card_seq_no", Variant(int32_t{2})},
+                                                            {"@is_active", Variant(false)},
+                                                            {"@kiv_user", Variant("CLERK")}});
+  ASSERT_TRUE(Run(off));
+  EXPECT_EQ(Out(off, "@modified_on").ToDate(), clock_->Now());
+  EXPECT_EQ(del(false), -1) << "card 1 is gone";
+  auto list = Rows(Procedure("KIV_SP_CUSTOMER_GetCC", {{"@customer_no", Variant(int32_t{1})},
+                                                       {"@kiv_user", Variant("CLERK")},
+                                                       {"@kiv_password", Variant("pw")}}));
+  ASSERT_FALSE(list->Eof());
+  EXPECT_FALSE((*list)["is_active"].ToBool());
+  EXPECT_TRUE((*list)["cc_card_no"].IsNull());
+}
+
+}  // namespace
+}  // namespace kiv::refhost::testing
