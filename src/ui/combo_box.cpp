@@ -156,4 +156,9 @@ void ComboBox::DefaultKeyPress(int key_ascii) {
   SetText(next);
 }
 
+void ComboBox::DefaultKeyDown(int key_code, int) {
+  if (key_code == vbKeyDown && list_index_ + 1 < ListCount()) SetListIndex(list_index_ + 1);
+  if (key_code == vbKeyUp && list_index_ > 0) SetListIndex(list_index_ - 1);
+}
+
 }  // namespace kiv::ui

@@ -47,8 +47,11 @@ class ComboBox : public Control {
   //! Picks an item as the clerk does: by key, else by text; false when there is none.
   bool Choose(const std::string& item);
 
-  //! Typing into a dropdown combo appends at the end (Backspace removes the last character).
+  //! Typing into a dropdown combo appends at the end (Backspace removes the last character);
+  //! in a list-only combo a letter moves to the next item starting with it.
   void DefaultKeyPress(int key_ascii) override;
+  //! Up and Down move to the previous or next item (Click as for any selection).
+  void DefaultKeyDown(int key_code, int shift) override;
 
  private:
   struct Item {

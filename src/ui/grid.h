@@ -146,6 +146,9 @@ class Grid : public Control {
   std::string ToggleOutline(int row);
   //! Double click on a row: the row is selected as by a click, then DblClick.
   std::string DoubleClickRow(int row);
+  //! Up, Down, Home and End move the current row over the rows shown; Left and Right the
+  //! current column over the columns shown (RowColChange and SelChange as for a click).
+  void DefaultKeyDown(int key_code, int shift) override;
   //! Turning Redraw off while filling has no effect headless; kept for the screens' code.
   bool Redraw() const { return redraw_; }
   void SetRedraw(bool v) { redraw_ = v; }

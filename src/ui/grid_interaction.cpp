@@ -6,6 +6,7 @@
 #include "core/text.h"
 #include "core/vb_error.h"
 #include "ui/grid.h"
+#include "ui/keys.h"
 #include "ui/prop_text.h"
 
 namespace kiv::ui {
@@ -171,6 +172,38 @@ std::string Grid::DoubleClickRow(int row) {
   SelectRows({row});
   FireDblClick();
   return {};
+}
+
+void Grid::DefaultKeyDown(int key_code, int) {
+  auto shown_row = [this](int from, int step) {
+    for (int r = from; r >= fixed_rows_ && r < Rows(); r += step) {
+      if (RowShown(r)) return r;
+    }
+    return -1;
+  };
+  auto shown_col = [this](int from, int step) {
+    for (int c = from; c >= fixed_cols_ && c < cols_; c += step) {
+      if (!col_info_[c].hidden) return c;
+    }
+    return -1;
+  };
+  int row = -1;
+  int col = -1;
+  switch (key_code) {
+    case vbKeyDown: row = shown_row(row_ < fixed_rows_ ? fixed_rows_ : row_ + 1, 1); break;
+    case vbKeyUp: row = shown_row(row_ - 1, -1); break;
+    case vbKeyHome: row = shown_row(fixed_rows_, 1); break;
+    case vbKeyEnd: row = shown_row(Rows() - 1, -1); break;
+    case vbKeyRight: col = shown_col(col_ + 1, 1); break;
+    case vbKeyLeft: col = shown_col(col_ - 1, -1); break;
+    default: return;
+  }
+  if (row >= 0 && selection_mode_ == flexSelectionListBox) {
+    for (auto& info : rows_) info.selected = false;
+    rows_[row].selected = true;
+  }
+  if (row >= 0) MoveCurrent(row, col_);
+  if (col >= 0 && row_ >= 0) MoveCurrent(row_, col);
 }
 
 // ---- properties as text ----

@@ -128,6 +128,17 @@ void TextBox::DefaultKeyPress(int key_ascii) {
 }
 
 void TextBox::DefaultKeyDown(int key_code, int) {
+  int length = static_cast<int>(text_.size());
+  switch (key_code) {
+    case vbKeyHome: SetSelStart(0); return;
+    case vbKeyEnd: SetSelStart(length); return;
+    case vbKeyLeft: SetSelStart(sel_length_ > 0 ? sel_start_ : PrevCodePoint(text_, sel_start_)); return;
+    case vbKeyRight:
+      SetSelStart(sel_length_ > 0 ? sel_start_ + sel_length_
+                                  : (sel_start_ < length ? NextCodePoint(text_, sel_start_) : length));
+      return;
+    default: break;
+  }
   if (key_code != vbKeyDelete || locked_) return;
   if (sel_length_ > 0) {
     Replace(sel_start_, sel_length_, "", true);

@@ -51,7 +51,8 @@ class TextBox : public Control {
   //! keystroke does after KeyPress: Backspace deletes, Enter breaks the line in a multi-line
   //! box, control characters are dropped; Locked and MaxLength hold.
   void DefaultKeyPress(int key_ascii) override;
-  //! Delete removes the selection or the character after the caret.
+  //! Delete removes the selection or the character after the caret; Home, End, Left and
+  //! Right move the caret.
   void DefaultKeyDown(int key_code, int shift) override;
   bool ConsumesKey(int key_code, int shift) const override;
 

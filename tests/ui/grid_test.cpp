@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "core/vb_error.h"
+#include "ui/keys.h"
 
 namespace kiv::ui {
 namespace {
@@ -172,6 +173,26 @@ TEST_F(GridTest, ListBoxSelectionMakesTheFirstRowCurrent) {
   EXPECT_EQ(grid.SelectedRow(1), 4);
   EXPECT_EQ(log, (std::vector<std::string>{"RowColChange 4", "SelChange", "Click"}));
   EXPECT_THROW(grid.SelectRows({9}), VbError);
+}
+
+TEST_F(GridTest, ArrowKeysMoveOverShownRowsAndColumnsOnly) {
+  grid.SetFormatString("A|B|C");
+  for (const char* row : {"node", "child", "next", "hidden", "last"}) grid.AddItem(row);
+  grid.SetIsSubtotal(1, true);
+  grid.SetIsCollapsed(1, true);
+  grid.SetIsSubtotal(3, true);  // a node of its own, so not under the collapsed one
+  grid.SetRowHidden(4, true);
+  grid.SetColHidden(1, true);
+  std::vector<int> rows;
+  for (int key : {vbKeyDown, vbKeyDown, vbKeyDown, vbKeyUp, vbKeyHome}) {
+    grid.DefaultKeyDown(key, 0);
+    rows.push_back(grid.Row());
+  }
+  EXPECT_EQ(rows, (std::vector<int>{3, 5, 5, 3, 1}));
+  grid.DefaultKeyDown(vbKeyRight, 0);
+  EXPECT_EQ(grid.Col(), 2);
+  grid.DefaultKeyDown(vbKeyLeft, 0);
+  EXPECT_EQ(grid.Col(), 0);
 }
 
 TEST_F(GridTest, ShrinkingKeepsTheCurrentRowInsideTheGrid) {
