@@ -45,6 +45,7 @@ std::vector<size_t> Chunks(const test::ScriptedRecordset& rs, RsOpKind kind) {
 class CustomerPhoto : public ::testing::Test {
  protected:
   void SetUp() override {
+    if (const char* old = std::getenv("TMPDIR")) old_tmpdir_ = old;
     dir_ = fs::temp_directory_path() / ("kiv_photo_" + std::to_string(reinterpret_cast<uintptr_t>(this)));
     fs::create_directories(dir_ / "tmp");
     setenv("TMPDIR", (dir_ / "tmp").c_str(), 1);
@@ -53,7 +54,10 @@ class CustomerPhoto : public ::testing::Test {
     customer_.SetUi(ui_);
   }
   void TearDown() override {
-    unsetenv("TMPDIR");
+    if (old_tmpdir_)
+      setenv("TMPDIR", old_tmpdir_->c_str(), 1);
+    else
+      unsetenv("TMPDIR");
     fs::remove_all(dir_);
   }
   std::shared_ptr<test::ScriptedRecordset> Blob(const Bytes& blob, int32_t type = host::adLongVarBinary) {
@@ -66,6 +70,7 @@ class CustomerPhoto : public ::testing::Test {
   std::shared_ptr<test::ScriptedUi> ui_ = std::make_shared<test::ScriptedUi>();
   CCustomer customer_;
   fs::path dir_;
+  std::optional<std::string> old_tmpdir_;
 };
 
 TEST_F(CustomerPhoto, CopiesMoveTheShortChunkFirstThenTheFullOnes) {
