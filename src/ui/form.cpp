@@ -11,24 +11,6 @@
 
 namespace kiv::ui {
 
-namespace {
-
-//! Counts a key being handled, and sends the Tabs queued meanwhile when the outermost ends.
-class KeyScope {
- public:
-  KeyScope(int& depth, std::function<void()> at_end) : depth_(depth), at_end_(std::move(at_end)) { ++depth_; }
-  ~KeyScope() {
-    if (--depth_ == 0) at_end_();
-  }
-  KeyScope(const KeyScope&) = delete;
-  KeyScope& operator=(const KeyScope&) = delete;
-
- private:
-  int& depth_;
-  std::function<void()> at_end_;
-};
-
-}  // namespace
 
 Form::Form(std::string name) : name_(std::move(name)), ui_(std::make_shared<SilentUi>()) {}
 
@@ -171,7 +153,21 @@ std::string Form::SendKey(Control& target, int key_code, int shift, int key_asci
     if (!target.CanFocus()) return target.Name() + " cannot take the focus";
     if (!MoveFocus(target)) return "the focus stayed on " + (active_ ? active_->Name() : std::string("nothing"));
   }
-  KeyScope scope(key_depth_, [this] { RunPendingTabs(); });
+  // Tabs sent while the key is handled wait until it has been (as a sent keystroke would);
+  // a failure drops them with the key.
+  ++key_depth_;
+  std::string error;
+  try {
+    error = DeliverKey(target, key_code, shift, key_ascii);
+  } catch (...) {
+    if (--key_depth_ == 0) pending_tabs_.clear();
+    throw;
+  }
+  if (--key_depth_ == 0) RunPendingTabs();
+  return error;
+}
+
+std::string Form::DeliverKey(Control& target, int key_code, int shift, int key_ascii) {
   if (key_code == vbKeyReturn && !target.ConsumesKey(key_code, shift)) {
     if (CommandButton* b = DefaultButton()) {
       b->FireClick();

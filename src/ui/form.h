@@ -128,6 +128,7 @@ class Form {
  private:
   void Adopt(std::unique_ptr<Control> control);
   UiResult PerformOn(Control& control, const Action& action);
+  std::string DeliverKey(Control& target, int key_code, int shift, int key_ascii);
   void RunPendingTabs();
 
   std::string name_;

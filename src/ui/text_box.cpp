@@ -146,9 +146,7 @@ void TextBox::DefaultKeyDown(int key_code, int) {
   }
   if (sel_start_ >= static_cast<int>(text_.size())) return;
   int to = NextCodePoint(text_, sel_start_);
-  int at = sel_start_;
-  Replace(at, to - at, "", true);
-  sel_start_ = at;
+  Replace(sel_start_, to - sel_start_, "", true);
 }
 
 bool TextBox::ConsumesKey(int key_code, int shift) const {
