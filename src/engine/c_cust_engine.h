@@ -102,6 +102,35 @@ class CCustEngine {
   std::shared_ptr<frmFind> SearchScreen() const { return search_screen_; }
   // ==== end of customer search ====
 
+  // ==== Customer detail: the detail editor's entry (c_cust_engine_detail.cpp) ====
+  //! The optional by-reference arguments of ShowCustomer.
+  struct ShowCustomerArgs {
+    //! The customer to show when oCustomer is not given.
+    int32_t lCustomerNo = 0;
+    //! A connection or error object given here becomes the engine's; one left out receives it.
+    std::shared_ptr<host::DBConnection> oDB;
+    std::shared_ptr<host::ErrorObject> oError;
+    //! True when the customer had to be opened and could not be.
+    bool bError = false;
+    //! The customer to show; receives the customer opened (or taken from the cache) when null.
+    std::shared_ptr<CCustomer> oCustomer;
+    //! The owner the editor is shown over; none when null.
+    ui::Form* oParentForm = nullptr;
+    //! Accepted and deliberately ignored.
+    bool bShowInDetail = false;
+    //! The editor's will-call page offers no printing.
+    bool bDisableWillcall = false;
+  };
+  //! Shows the customer in the detail editor: the caller's oCustomer, else the cached one,
+  //! else opened from the database into oCustomer. After a confirmed close the household's
+  //! cached members share its addresses. Returns the customer whether or not the clerk
+  //! saved; null only when there was none to show. Never throws.
+  std::shared_ptr<CCustomer> ShowCustomer(ShowCustomerArgs& args);
+  //! Component-internal: shows the editor over `customer` (owner may be null) and returns
+  //! true when the clerk left it without saving.
+  bool ShowDetailScreen(const std::shared_ptr<CCustomer>& customer, ui::Form* owner, bool bDisableWillcall);
+  // ==== end of customer detail ====
+
   // ---- component-internal ----
   bool AllowCustAdd() const { return allow_cust_add_; }
   bool AllowCustAddComp() const { return allow_cust_add_comp_; }

@@ -1,0 +1,233 @@
+// The detail editor's controls and captions, what it takes from the engine, its load and
+// close box, the screen-wide keys, and the wiring of its commands and menus.
+#include "screens/detail/frm_customer_detail.h"
+
+#include "core/version.h"
+#include "core/vb_error.h"
+#include "engine/c_cust_engine.h"
+#include "host/host_error.h"
+#include "records/c_address.h"
+#include "records/c_customer.h"
+#include "ui/keys.h"
+
+namespace kiv {
+
+namespace {
+
+constexpr const char* kDesignCaption = "Customer Properties";
+
+}  // namespace
+
+frmCustomerDetail::frmCustomerDetail()
+    : ui::Form("frmCustomerDetail"),
+      tabCustomer(Add<ui::TabStrip>("tabCustomer")),
+      picGeneral(Add<ui::Panel>("picGeneral")),
+      cmdType(AddIn<ui::OptionGroup>(picGeneral, "cmdType", std::vector<std::string>{"Person Type", "Company Type"})),
+      picTypePerson(AddIn<ui::Panel>(picGeneral, "picTypePerson")),
+      txtLastName(AddIn<ui::TextBox>(picTypePerson, "txtLastName")),
+      txtFirstName(AddIn<ui::TextBox>(picTypePerson, "txtFirstName")),
+      txtFullName(AddIn<ui::TextBox>(picTypePerson, "txtFullName")),
+      dtDOB(AddIn<ui::DatePicker>(picTypePerson, "dtDOB")),
+      lblAge(AddIn<ui::Label>(picTypePerson, "lblAge")),
+      dtWeddAniv(AddIn<ui::DatePicker>(picTypePerson, "dtWeddAniv")),
+      optGender(AddIn<ui::OptionGroup>(picTypePerson, "optGender", std::vector<std::string>{"&Male", "F&emale"})),
+      picTypeCompany(AddIn<ui::Panel>(picGeneral, "picTypeCompany")),
+      txtCompanyName(AddIn<ui::TextBox>(picTypeCompany, "txtCompanyName")),
+      tabAddressType(AddIn<ui::TabStrip>(picGeneral, "tabAddressType")),
+      txtStreet1(AddIn<ui::TextBox>(picGeneral, "txtStreet1")),
+      txtStreet2(AddIn<ui::TextBox>(picGeneral, "txtStreet2")),
+      txtCity(AddIn<ui::TextBox>(picGeneral, "txtCity")),
+      txtState(AddIn<ui::TextBox>(picGeneral, "txtState")),
+      txtZip(AddIn<ui::TextBox>(picGeneral, "txtZip")),
+      cmbCountry(AddIn<ui::ComboBox>(picGeneral, "cmbCountry", ui::vbComboDropdown)),
+      txtPhone(AddIn<ui::TextBox>(picGeneral, "txtPhone")),
+      txtFax(AddIn<ui::TextBox>(picGeneral, "txtFax")),
+      cmdClearAddress(AddIn<ui::CommandButton>(picGeneral, "cmdClearAddress", "Clear")),
+      txtEMail(AddIn<ui::TextBox>(picGeneral, "txtEMail")),
+      txtWorkPhone(AddIn<ui::TextBox>(picGeneral, "txtWorkPhone")),
+      txtCellPhone(AddIn<ui::TextBox>(picGeneral, "txtCellPhone")),
+      txtOccupation(AddIn<ui::TextBox>(picGeneral, "txtOccupation")),
+      txtDefaultDiscount(AddIn<ui::TextBox>(picGeneral, "txtDefaultDiscount")),
+      txtDefaultCommission(AddIn<ui::TextBox>(picGeneral, "txtDefaultCommission")),
+      dtDateOfRelease(AddIn<ui::DatePicker>(picGeneral, "dtDateOfRelease")),
+      ckbLocked(AddIn<ui::CheckBox>(picGeneral, "ckbLocked", "Locked")),
+      ckbDoNotMail(AddIn<ui::CheckBox>(picGeneral, "ckbDoNotMail", "Do Not Mail")),
+      cmbCustomerLevel(AddIn<ui::ComboBox>(picGeneral, "cmbCustomerLevel")),
+      cmbCustomerKind(AddIn<ui::ComboBox>(picGeneral, "cmbCustomerKind")),
+      txtCommentNote(AddIn<ui::TextBox>(picGeneral, "txtCommentNote")),
+      lblNote(AddIn<ui::Label>(picGeneral, "lblNote", "Note: Use Ctrl-Enter for Carriage Returns")),
+      fraRental(AddIn<ui::Frame>(picGeneral, "fraRental", "Rental Settings")),
+      txtShoeSize(AddIn<ui::TextBox>(fraRental, "txtShoeSize")),
+      cmbHeight(AddIn<ui::ComboBox>(fraRental, "cmbHeight")),
+      cmbWeight(AddIn<ui::ComboBox>(fraRental, "cmbWeight")),
+      cmbGuestAbility(AddIn<ui::ComboBox>(fraRental, "cmbGuestAbility")),
+      imgAlert(Add<ui::Image>("imgAlert")),
+      lblWillCall(Add<ui::Label>("lblWillCall", "Customer Has Will Calls Available")),
+      lblReservations(Add<ui::Label>("lblReservations", "Customer Has Reservation(s)")),
+      lblUninvoiced(Add<ui::Label>("lblUninvoiced", "Customer Has UnInvoiced SO(s)")),
+      grdMaster(Add<ui::Grid>("grdMaster")),
+      grdDetail(Add<ui::Grid>("grdDetail")),
+      cmdButton1(Add<ui::CommandButton>("cmdButton1")),
+      cmdButton2(Add<ui::CommandButton>("cmdButton2")),
+      cmdButton3(Add<ui::CommandButton>("cmdButton3")),
+      cmdEmployeerLookup(Add<ui::CommandButton>("cmdEmployeerLookup")),
+      cmdEmployerClear(Add<ui::CommandButton>("cmdEmployerClear")),
+      cmdOk(Add<ui::CommandButton>("cmdOk", "&OK")),
+      cmdSave(Add<ui::CommandButton>("cmdSave", "&Save")),
+      cmdCancel(Add<ui::CommandButton>("cmdCancel", "Cancel")),
+      cmdRefresh(Add<ui::CommandButton>("cmdRefresh", "Refresh")),
+      mnuTools(Add<ui::MenuItem>("mnuTools", "&Tools")),
+      mnuAlerts(AddIn<ui::MenuItem>(mnuTools, "mnuAlerts", "Alerts and Settings...")),
+      mnuToolsExportPhoto(AddIn<ui::MenuItem>(mnuTools, "mnuToolsExportPhoto", "&Export Photograph")),
+      mnuToolsViewCCData(AddIn<ui::MenuItem>(mnuTools, "mnuToolsViewCCData", "View CC Data")),
+      mnuReports(Add<ui::MenuItem>("mnuReports", "&Reports")),
+      mnuReportsForecastReport(AddIn<ui::MenuItem>(mnuReports, "mnuReportsForecastReport", "Run Forecast Report")),
+      mnuReportRentalContract(AddIn<ui::MenuItem>(mnuReports, "mnuReportRentalContract", "Reprint Rental Contract...")) {
+  SetCaption(kDesignCaption);
+  AddCustomerTabs();
+  txtCommentNote.SetMultiLine(true);
+  cmdCancel.SetCancel(true);
+  imgAlert.SetVisible(false);
+  lblWillCall.SetVisible(false);
+  lblReservations.SetVisible(false);
+  lblUninvoiced.SetVisible(false);
+  for (ui::Control* c : std::vector<ui::Control*>{&cmdButton1, &cmdButton2, &cmdButton3, &cmdEmployeerLookup,
+                                                  &cmdEmployerClear, &grdMaster, &grdDetail})
+    c->SetVisible(false);
+  SetKeyPreview(true);
+
+  on_load = [this] { OnLoad(); };
+  on_query_unload = [this](int& cancel, int mode) { OnQueryUnload(cancel, mode); };
+  on_key_down = [this](int& key_code, int shift) { OnFormKeyDown(key_code, shift); };
+  on_key_press = [this](int& key_ascii) { OnFormKeyPress(key_ascii); };
+  WireCommands();
+  WireFieldRules();
+  WireRentalPanel();
+}
+
+frmCustomerDetail::~frmCustomerDetail() = default;
+
+void frmCustomerDetail::AddCustomerTabs() {
+  // The indices are fixed: Refresh and the pages address their tab by number.
+  static const char* const kTabs[][2] = {
+      {"Address", "General"},        {"Relationships", "Relationships"}, {"Sales", "Sales History"},
+      {"Access", "Access Products"}, {"History", "History Log"},         {"WillCalls", "Will Calls"},
+      {"Profile", "Profile"},        {"Reservations", "Reservations"},   {"Account", "Account"},
+      {"Cards", "Credit Cards"},     {"Rental", "Rental"},               {"Forecasts", "Forecasts"}};
+  for (const auto& tab : kTabs) tabCustomer.AddTab(tab[0], tab[1]);
+}
+
+Date frmCustomerDetail::Today() const {
+  if (clock_) return clock_->Today();
+  if (engine_ != nullptr && engine_->GetClock()) return engine_->GetClock()->Today();
+  return SystemClock().Today();
+}
+
+void frmCustomerDetail::WireCommands() {
+  cmdOk.on_click = [this] { Guard("cmdOk_Click", [this] { Ok(); }); };
+  cmdSave.on_click = [this] { Guard("cmdSave_Click", [this] { Save(); }); };
+  cmdCancel.on_click = [this] { Guard("cmdCancel_Click", [this] { Cancel(); }); };
+  cmdRefresh.on_click = [this] { Guard("cmdRefresh_Click", [this] { RefreshPage(); }); };
+  cmdType.on_click = [this] { Guard("cmdType_Click", [this] { SwitchType(cmdType.Value()); }); };
+  cmdClearAddress.on_click = [this] { Guard("cmdClearAddress_Click", [this] { ClearAddress(); }); };
+  tabAddressType.on_click = [this] {
+    Guard("tabAddressType_Click", [this] { ShowAddressType(tabAddressType.SelectedKey()); });
+  };
+  tabCustomer.on_click = [this] { Guard("tabCustomer_Click", [this] { OnCustomerTabClick(); }); };
+  cmdButton1.on_click = [this] { Guard("cmdButton1_Click", [this] { PageButtonClicked(1); }); };
+  cmdButton2.on_click = [this] { Guard("cmdButton2_Click", [this] { PageButtonClicked(2); }); };
+  cmdButton3.on_click = [this] { Guard("cmdButton3_Click", [this] { PageButtonClicked(3); }); };
+  cmdEmployeerLookup.on_click = [this] {
+    Guard("cmdEmployeerLookup_Click", [this] { PageButtonClicked(kEmployerLookupButton); });
+  };
+  cmdEmployerClear.on_click = [this] {
+    Guard("cmdEmployerClear_Click", [this] { PageButtonClicked(kEmployerClearButton); });
+  };
+
+  mnuAlerts.on_click = [this] {
+    Guard("mnuAlerts_Click", [this] {
+      if (customer_no_ == 0) {
+        ui().MsgBox("Please Save the Customer before entering the alerts.", ui::vbOKOnly, "Update Customer");
+        return;
+      }
+      if (open_alerts) open_alerts(*this);
+    });
+  };
+  mnuToolsExportPhoto.on_click = [this] {
+    Guard("mnuToolsExportPhoto_Click", [this] {
+      if (export_photo) export_photo(*this);
+    });
+  };
+  mnuToolsViewCCData.on_click = [this] {
+    Guard("mnuToolsViewCCData_Click", [this] {
+      if (view_cc_data) view_cc_data(*this);
+    });
+  };
+  mnuReportsForecastReport.on_click = [this] {
+    Guard("mnuReportsForecastReport_Click", [this] {
+      if (forecast_report) forecast_report(*this);
+    });
+  };
+  mnuReportRentalContract.on_click = [this] {
+    Guard("mnuReportRentalContract_Click", [this] {
+      if (rental_contract_report) rental_contract_report(*this);
+    });
+  };
+}
+
+void frmCustomerDetail::OnLoad() {
+  cancelled_ = true;
+  error_source_ = SourcePrefix("frmCustomerDetail");
+}
+
+void frmCustomerDetail::OnQueryUnload(int& cancel, int unload_mode) {
+  if (unload_mode != ui::vbFormControlMenu) return;
+  // The close box leaves as Cancel does, without the reload; the screen stays loaded so
+  // the engine can still read it.
+  cancelled_ = true;
+  cancel = 1;
+  Hide();
+}
+
+void frmCustomerDetail::OnFormKeyDown(int& key_code, int shift) {
+  if (key_code == 'D' && shift == ui::vbCtrlMask) {
+    key_code = 0;
+    mnuToolsViewCCData.FireClick();
+  }
+}
+
+void frmCustomerDetail::OnFormKeyPress(int& key_ascii) {
+  if (key_ascii != ui::vbKeyReturn) return;
+  ui::Control* active = ActiveControl();
+  // The note keeps its own Enter; a focused button takes Enter as its click.
+  if (active == &txtCommentNote || dynamic_cast<ui::CommandButton*>(active) != nullptr) return;
+  key_ascii = 0;
+  SendTab();
+}
+
+void frmCustomerDetail::Guard(const char* routine, const std::function<void()>& body) {
+  int32_t number = 0;
+  std::string description;
+  try {
+    body();
+    return;
+  } catch (const HostError& e) {
+    number = e.number;
+    description = e.description;
+  } catch (const VbError& e) {
+    number = e.Number();
+    description = e.Description();
+  } catch (const std::exception& e) {
+    number = kErrInvalidCall;
+    description = e.what();
+  }
+  try {
+    if (error_object_)
+      error_object_->Display(number, error_source_ + " " + routine, description, false, Variant(), Variant(),
+                             Variant(), nullptr, "");
+  } catch (...) {
+    // A report that fails itself is dropped: the screen stays usable.
+  }
+}
+
+}  // namespace kiv
