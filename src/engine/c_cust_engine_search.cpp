@@ -10,7 +10,17 @@ namespace kiv {
 namespace {
 
 //! A search screen with the screens of the other parts of the component on its hooks.
-std::shared_ptr<frmFind> NewSearchScreen() { return std::make_shared<frmFind>(); }
+std::shared_ptr<frmFind> NewSearchScreen() {
+  auto screen = std::make_shared<frmFind>();
+  // Add and Properties open the detail editor over the screen.
+  screen->open_detail = [](frmFind& owner, const std::shared_ptr<CCustomer>& customer) {
+    DetailOutcome outcome;
+    if (CCustEngine* engine = owner.CustomerEngine())
+      outcome.UserCanceled = engine->ShowDetailScreen(customer, &owner, false);
+    return outcome;
+  };
+  return screen;
+}
 
 }  // namespace
 
