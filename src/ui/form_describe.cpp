@@ -22,13 +22,13 @@ ControlNode NodeOf(const Control& c, const std::vector<Control*>& all) {
 
 //! Properties left out of the text rendering unless they say something.
 bool WorthShowing(const std::string& name, const std::string& value) {
-  static const char* const kAlways[] = {"Name", "TabIndex", "TabStop", "Cells"};
+  static const char* const kAlways[] = {"Name", "TabIndex", "TabStop", "Cells", "SelStart", "SelLength", "SelText"};
   for (const char* n : kAlways) {
     if (EqualsNoCase(name, n)) return false;
   }
   if (EqualsNoCase(name, "Enabled") || EqualsNoCase(name, "Visible")) return value != "True";
   if (EqualsNoCase(name, "Focus")) return value == "True";
-  return !value.empty();
+  return !value.empty() && value != "False";
 }
 
 std::string Quote(const std::string& v) {
