@@ -276,6 +276,9 @@ void frmFind::OnActivate() {
 
 void frmFind::ApplyGroupSearch() {
   if (group_id_.empty()) {
+    // The group a previous caller locked in is not the clerk's criterion: drop it.
+    if (!cmbGroup.Enabled()) cmbGroup.SetListIndex(-1);
+    if (!cmbCompanyGroup.Enabled()) cmbCompanyGroup.SetListIndex(-1);
     SetCaption(kCaption);
     cmbGroup.SetEnabled(true);
     cmbCompanyGroup.SetEnabled(true);

@@ -14,6 +14,7 @@ namespace {
 constexpr const char* kFormatString =
     "Name|First|>Zip|Relation|^Cust#|^Kind|^Willcall|^SO|^Res|^Image|Level|^Club|Household#";
 constexpr int kRelationWidth = 2200;
+constexpr int kFlexDTBoolean = 11;
 
 std::string Cell(host::Recordset& rs, const char* column) { return NzString(rs.FieldByName(column).Value()); }
 
@@ -34,7 +35,10 @@ void frmFind::SetUpGrid() {
   fxgCustomers.SetColHidden(kColHousehold, true);
   // The status flags share one display: whatever the database sends (bit, number, Boolean)
   // reads True or False.
-  for (int col : {kColWillcall, kColSO, kColRes, kColImage, kColClub}) fxgCustomers.SetColFormat(col, "True/False");
+  for (int col : {kColWillcall, kColSO, kColRes, kColImage, kColClub}) {
+    fxgCustomers.SetColDataType(col, kFlexDTBoolean);
+    fxgCustomers.SetColFormat(col, "True/False");
+  }
   fxgCustomers.SetSelectionMode(ui::flexSelectionByRow);
   fxgCustomers.SetEditable(ui::flexEDNone);
 }
