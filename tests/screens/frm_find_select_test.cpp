@@ -82,6 +82,19 @@ TEST(SelectCustomer, AChosenCustomerIsReturnedCachedAndTheSharedScreenKeepsItsCr
   EXPECT_EQ(rig.engine.SearchScreen()->txtLastName.Text(), "S");
 }
 
+TEST(SelectCustomer, TheSharedScreenIsUnloadedWithTheEngine) {
+  FindRig rig;
+  rig.ui->OnModal([](ui::Form& form) { Act(form, ui::ActionKind::Click, "cmdCancel"); });
+  {
+    CCustEngine engine;
+    engine.SetUi(rig.ui);
+    engine.SetAppServer(rig.host.app);
+    engine.SelectCustomer();
+    EXPECT_FALSE(rig.host.settings->Stored("AppData", "Customer", "Top").has_value());
+  }
+  EXPECT_EQ(rig.host.settings->Stored("AppData", "Customer", "Top"), "0");
+}
+
 TEST(SelectCustomer, BrowsingShowsOverTheParentAndNeverReturnsACustomer) {
   FindRig rig;
   rig.Search(1).Row(SearchRow(5, "P", "SMITH"));

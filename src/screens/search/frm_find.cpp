@@ -93,7 +93,15 @@ frmFind::frmFind()
   WireEvents();
 }
 
-frmFind::~frmFind() = default;
+frmFind::~frmFind() {
+  // The engine's shared screen ends with the engine still loaded: unload it so the user's
+  // position and size are kept, as closing would have kept them.
+  if (!Loaded()) return;
+  try {
+    Unload();
+  } catch (...) {
+  }
+}
 
 void frmFind::AddLabels() {
   struct LabelSpec {
