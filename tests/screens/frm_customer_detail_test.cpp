@@ -1,0 +1,196 @@
+// The detail editor's filling, permission flags, address tabs, page frame, Refresh and
+// the close box.
+#include <gtest/gtest.h>
+
+#include "frm_customer_detail_rig.h"
+
+namespace kiv {
+namespace {
+
+using test::DetailRig;
+using test::FakePage;
+using ui::ActionKind;
+
+TEST(CustomerDetailFill, ShowsTheRecordWithoutCountingAsAnEdit) {
+  DetailRig rig;
+  rig.Person();
+  rig.customer->SetDOB(Date::FromParts(1990, 3, 16));  // birthday tomorrow: still 35
+  rig.customer->SetGender("F");
+  rig.customer->SetCommissionPercentage(0.15);
+  rig.customer->SetDiscountPercentage(12.5);
+  rig.customer->SetCustomerKind("STAFF");
+  rig.customer->SetDateOfRelease(Variant::Null());
+  rig.Open();
+  frmCustomerDetail& s = *rig.screen;
+  EXPECT_EQ(s.Caption(), "Customer Detail (42)");
+  EXPECT_EQ(s.cmdType.Value(), frmCustomerDetail::kTypePerson);
+  EXPECT_TRUE(s.picTypePerson.Visible());
+  EXPECT_FALSE(s.picTypeCompany.Visible());
+  EXPECT_EQ(s.txtFullName.Text(), "ANN LEE");
+  EXPECT_EQ(s.lblAge.Caption(), "Age:35");
+  EXPECT_FALSE(s.dtWeddAniv.HasValue()) << "a zero date shows an empty picker";
+  EXPECT_FALSE(s.dtDateOfRelease.HasValue());
+  EXPECT_EQ(s.optGender.Value(), frmCustomerDetail::kGenderFemale);
+  EXPECT_EQ(s.txtDefaultCommission.Text(), "15.00");
+  EXPECT_EQ(s.txtDefaultDiscount.Text(), "1,250.00");
+  EXPECT_EQ(s.cmbCustomerLevel.SelectedKey(), "None") << "an empty level shows None";
+  EXPECT_EQ(s.cmbCustomerKind.SelectedKey(), "STAFF");
+  EXPECT_EQ(s.tabCustomer.SelectedKey(), "Address");
+  EXPECT_EQ(s.tabAddressType.SelectedKey(), "PRIMARY");
+  EXPECT_EQ(s.txtStreet1.Text(), "1 MAIN ST");
+  EXPECT_EQ(s.cmbCountry.Text(), "USA");
+  EXPECT_FALSE(s.CustomerChanged());
+  EXPECT_FALSE(s.txtFullName.DataChanged());
+  EXPECT_FALSE(s.IsNew());
+  EXPECT_TRUE(s.Cancelled());
+  EXPECT_FALSE(rig.customer->AddressesChanges());
+}
+
+TEST(CustomerDetailFill, ACompanyShowsItsPanelAndIndicatorsFollowTheFlags) {
+  DetailRig rig;
+  rig.Person(7);
+  rig.customer->SetCustomerType("C");
+  rig.customer->SetCompanyName("ACME");
+  rig.host.OnProcedure("KIV_SP_UpdateCustomerHas").Outputs({{"@willcall", 0}, {"@club", 0}, {"@so", 1},
+                                                            {"@reservation", 0}, {"@relationship", 0}});
+  rig.Open();
+  frmCustomerDetail& s = *rig.screen;
+  EXPECT_EQ(s.cmdType.Value(), frmCustomerDetail::kTypeCompany);
+  EXPECT_EQ(s.txtCompanyName.Text(), "ACME");
+  EXPECT_TRUE(s.picTypeCompany.Visible());
+  EXPECT_TRUE(s.imgAlert.Visible());
+  EXPECT_TRUE(s.lblUninvoiced.Visible());
+  EXPECT_FALSE(s.lblWillCall.Visible());
+  EXPECT_FALSE(s.lblReservations.Visible());
+}
+
+TEST(CustomerDetailFill, WithoutTheCompanyRightAClerkEditsPersonsButNotCompanies) {
+  for (const char* type : {"P", "C"}) {
+    DetailRig rig;
+    rig.host.app->Grant("CUSTEDITCOMP", false);
+    rig.host.app->Grant("CUSTEDITPROFILE", false);
+    rig.engine.SetAppServer(rig.host.app);
+    rig.Person();
+    rig.customer->SetCustomerType(type);
+    rig.Open();
+    const bool person = std::string(type) == "P";
+    EXPECT_EQ(rig.screen->CanEdit(), person) << type;
+    EXPECT_EQ(rig.screen->cmdSave.Enabled(), person) << type;
+    EXPECT_FALSE(rig.screen->CanEditProfile());
+    EXPECT_FALSE(rig.screen->fraRental.Enabled());
+  }
+}
+
+TEST(CustomerDetailFill, FillingTwiceKeepsEachListItemOnce) {
+  DetailRig rig;
+  rig.Person();
+  rig.Open();
+  rig.Open();
+  EXPECT_EQ(rig.screen->cmbCustomerLevel.ListCount(), 2) << "GOLD once, and None";
+  EXPECT_EQ(rig.screen->cmbCountry.ListCount(), 2);
+  ASSERT_EQ(rig.screen->tabAddressType.Count(), 3);
+  EXPECT_EQ(rig.screen->tabAddressType.TabCaption(1), "Primary");
+  EXPECT_EQ(rig.screen->tabAddressType.TabKey(3), "SHIPPING");
+}
+
+TEST(CustomerDetailAddressTabs, SwitchingStoresTheFieldsAndCreatesAMissingAddress) {
+  DetailRig rig;
+  rig.Person();
+  rig.Open();
+  rig.Do(ActionKind::Paste, "txtStreet2", "APT 4");
+  rig.Do(ActionKind::Click, "tabAddressType", "BILLING");
+  std::shared_ptr<CAddress> billing = rig.customer->GetAddress("BILLING");
+  ASSERT_NE(billing, nullptr);
+  EXPECT_EQ(billing->CountryID(), "USA");
+  EXPECT_EQ(billing->CustomerNo(), 42);
+  EXPECT_TRUE(billing->DataChanged());
+  EXPECT_EQ(rig.screen->txtStreet1.Text(), "");
+  EXPECT_EQ(rig.screen->cmbCountry.Text(), "USA");
+
+  rig.Do(ActionKind::Paste, "txtCity", "STOWE");
+  rig.Do(ActionKind::Click, "tabAddressType", "Primary");
+  EXPECT_EQ(billing->City(), "STOWE");
+  EXPECT_EQ(rig.customer->PrimaryAddress()->AddressLine2(), "APT 4");
+  EXPECT_EQ(rig.screen->txtStreet2.Text(), "APT 4");
+  EXPECT_EQ(rig.customer->Addresses()->Count(), 2u);
+}
+
+TEST(CustomerDetailPages, TabsHandTheButtonsToTheirPageAndLoadItOncePerFilling) {
+  DetailRig rig;
+  rig.Person();
+  FakePage& household = rig.AddPage("household", frmCustomerDetail::kTabRelationships,
+                                    DetailSaveSlot::kRelationships);
+  rig.Open();
+  rig.Do(ActionKind::Click, "tabCustomer", "2");
+  EXPECT_FALSE(rig.screen->picGeneral.Visible());
+  EXPECT_EQ(rig.screen->cmdButton1.Caption(), "household");
+  EXPECT_TRUE(rig.screen->cmdButton1.Visible());
+  rig.Do(ActionKind::Click, "cmdButton1");
+  rig.Do(ActionKind::Click, "tabCustomer", "3");
+  EXPECT_FALSE(rig.screen->cmdButton1.Visible()) << "the sales page has no page of its own yet";
+  rig.Do(ActionKind::Click, "tabCustomer", "2");
+  EXPECT_EQ(rig.page_log, (std::vector<std::string>{"load household", "household button 1"}));
+  EXPECT_TRUE(rig.screen->PageLoaded(household));
+
+  rig.Open();
+  EXPECT_FALSE(rig.screen->PageLoaded(household)) << "filling again forces a reload";
+}
+
+TEST(CustomerDetailPages, ADirtyPageAsksBeforeRefreshAndNoKeepsItsChanges) {
+  DetailRig rig;
+  rig.Person();
+  FakePage& profile = rig.AddPage("profile", frmCustomerDetail::kTabProfile, DetailSaveSlot::kCustomFields);
+  profile.question = {"The profile information has been changed.  Are you sure you want to lose those changes "
+                      "and refresh the data?",
+                      "Confirm Refresh Profile Data"};
+  rig.Open();
+  rig.Do(ActionKind::Click, "tabCustomer", "7");
+  rig.page_log.clear();
+  rig.Do(ActionKind::Click, "cmdRefresh");  // clean: reloads without asking
+  profile.dirty = true;
+  rig.ui->Answer(ui::vbNo);
+  rig.Do(ActionKind::Click, "cmdRefresh");
+  EXPECT_TRUE(profile.dirty);
+  rig.ui->Answer(ui::vbYes);
+  rig.Do(ActionKind::Click, "cmdRefresh");
+  EXPECT_FALSE(profile.dirty);
+  EXPECT_EQ(rig.page_log, (std::vector<std::string>{"load profile", "load profile"}));
+  ASSERT_EQ(rig.ui->Boxes().size(), 2u);
+  EXPECT_EQ(rig.ui->Boxes()[0].title, "Confirm Refresh Profile Data");
+  EXPECT_EQ(rig.ui->Boxes()[0].style, ui::vbYesNo | ui::vbQuestion | ui::vbDefaultButton2);
+}
+
+TEST(CustomerDetailClose, TheCloseBoxCancelsWithoutTouchingTheDatabase) {
+  DetailRig rig;
+  rig.Person();
+  rig.Open();
+  rig.Do(ActionKind::Paste, "txtCity", "STOWE");
+  rig.host.db->ClearLog();
+  ASSERT_TRUE(rig.screen->Perform(ui::Action{ActionKind::Close, "", "", {}, 0}).ok);
+  EXPECT_TRUE(rig.screen->Cancelled());
+  EXPECT_FALSE(rig.screen->Visible());
+  EXPECT_TRUE(rig.screen->Loaded()) << "the engine still reads it";
+  EXPECT_TRUE(rig.host.Log().empty()) << rig.host.LogText();
+}
+
+TEST(CustomerDetailMenus, AlertsOfAnUnsavedCustomerAskForASaveFirst) {
+  DetailRig rig;
+  rig.Person(0);
+  int opened = 0;
+  rig.screen->open_alerts = [&](frmCustomerDetail&) { ++opened; };
+  rig.Open();
+  rig.ui->Answer(ui::vbOK);
+  rig.Do(ActionKind::Click, "mnuAlerts");
+  EXPECT_EQ(rig.ui->Prompts(), std::vector<std::string>{"Please Save the Customer before entering the alerts."});
+  EXPECT_EQ(rig.ui->Boxes()[0].title, "Update Customer");
+  EXPECT_EQ(opened, 0);
+
+  int viewed = 0;
+  rig.screen->view_cc_data = [&](frmCustomerDetail&) { ++viewed; };
+  rig.Key("txtCity", "Ctrl+D");
+  rig.Key("txtCity", "Ctrl+Shift+D");
+  EXPECT_EQ(viewed, 1) << "only Ctrl+D alone views the card data";
+}
+
+}  // namespace
+}  // namespace kiv
