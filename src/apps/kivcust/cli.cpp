@@ -36,18 +36,24 @@ int Error(const std::string& message) {
   return 1;
 }
 
-//! Builds a demo database at `path`; throws with a clear message.
+//! Builds a demo database at `path`; throws with a clear message. The file is built under
+//! another name and renamed when complete, so an interrupted build never leaves a
+//! half-filled database where the program would open it.
 void InitDemo(const std::string& path, const InitOptions& options, std::ostream& out) {
   std::error_code ec;
-  if (fs::exists(path, ec)) {
-    if (!options.force) throw std::runtime_error(path + " already exists; add --force to replace it");
-    for (const char* suffix : {"", "-wal", "-shm"}) fs::remove(path + suffix, ec);
-  }
+  if (fs::exists(path, ec) && !options.force) throw std::runtime_error(path + " already exists; add --force to replace it");
+  const std::string part = path + ".part";
+  for (const char* suffix : {"", "-wal", "-shm"}) fs::remove(part + suffix, ec);
   auto started = std::chrono::steady_clock::now();
-  refhost::OpenOptions open;
-  open.create_if_missing = true;
-  auto host = refhost::RefHost::Open(path, open);
-  refhost::DemoSummary summary = refhost::BuildDemoData(host->Database()->Handle(), {options.customers, options.seed});
+  refhost::DemoSummary summary;
+  {
+    refhost::OpenOptions open;
+    open.create_if_missing = true;
+    auto host = refhost::RefHost::Open(part, open);
+    summary = refhost::BuildDemoData(host->Database()->Handle(), {options.customers, options.seed});
+  }
+  for (const char* suffix : {"", "-wal", "-shm"}) fs::remove(path + suffix, ec);
+  fs::rename(part, path);
   double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count();
   out << "demo database " << path << ": " << summary.customers << " customers (" << summary.companies
       << " companies, " << summary.households << " households), " << summary.addresses << " addresses, "
