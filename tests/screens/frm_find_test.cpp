@@ -226,17 +226,5 @@ TEST(FindOptions, StatusColumnsAndTheDefaultTabAreKeptPerUser) {
   EXPECT_EQ(again->tabFind.SelectedKey(), "Advanced");
 }
 
-TEST(FindOptions, KeepCustomersInMemoryIsTheEnginesSetting) {
-  FindRig rig;
-  rig.host.settings->Seed("AppData", "Customer", "UseCollection", "True");
-  rig.engine.SetAppServer(rig.host.app);
-  rig.Open();
-  EXPECT_TRUE(rig.screen->mnuOptionsUseCollection.Checked());
-  rig.Do(ActionKind::Click, "mnuOptionsUseCollection");
-  EXPECT_FALSE(rig.engine.UseCollection());
-  EXPECT_FALSE(rig.screen->mnuOptionsUseCollection.Checked());
-  EXPECT_EQ(rig.host.settings->Stored("AppData", "Customer", "UseCollection"), "False");
-}
-
 }  // namespace
 }  // namespace kiv
