@@ -46,6 +46,25 @@ std::string SelectCustomerCall(Interpreter& in, const Args& args) {
   return {};
 }
 
+//! ShowCustomer N|result [nowillcall]: the detail editor over a customer by number or over
+//! the record the last call returned.
+std::string ShowCustomerCall(Interpreter& in, const Args& args) {
+  CCustEngine::ShowCustomerArgs call_args;
+  if (EqualsNoCase(args[0], "result")) {
+    if (!in.Result()) return "there is no record: no call has returned one";
+    call_args.oCustomer = in.Result();
+  } else {
+    call_args.lCustomerNo = CustomerNoArg(args, 0);
+  }
+  for (size_t i = 1; i < args.size(); ++i) {
+    if (!EqualsNoCase(args[i], "nowillcall")) return "ShowCustomer takes N|result [nowillcall], not \"" + args[i] + "\"";
+    call_args.bDisableWillcall = true;
+  }
+  auto customer = in.GetSession().Engine().ShowCustomer(call_args);
+  in.SetResult(customer, call_args.bError);
+  return {};
+}
+
 std::string ShowSearchCustomerCall(Interpreter& in, const Args&) {
   CCustEngine::ShowSearchCustomerArgs call_args;
   auto customer = in.GetSession().Engine().ShowSearchCustomer(call_args);
@@ -61,12 +80,21 @@ std::string NeedsResult(Interpreter& in) {
 }  // namespace
 
 // A screen's call joins this table as one entry; the Ui its forms are shown through is
-// already the script's. ShowCustomer comes with the detail editor.
+// already the script's.
 const std::vector<EngineCall>& EngineCalls() {
   static const std::vector<EngineCall> table = {
       {"OpenCustomer", 1, 1, "OpenCustomer N", OpenCustomerCall},
+      {"ShowCustomer", 1, 2, "ShowCustomer N|result [nowillcall]", ShowCustomerCall},
       {"SelectCustomer", 0, 4, "SelectCustomer [tab=T] [group=G] [spawn] [autoreturn]", SelectCustomerCall},
       {"ShowSearchCustomer", 0, 0, "ShowSearchCustomer", ShowSearchCustomerCall},
+      {"ShowCustomer", 1, 1, "ShowCustomer N",
+       [](Interpreter& in, const Args& args) {
+         CCustEngine::ShowCustomerArgs call_args;
+         call_args.lCustomerNo = CustomerNoArg(args, 0);
+         auto customer = in.GetSession().Engine().ShowCustomer(call_args);
+         in.SetResult(customer, call_args.bError);
+         return std::string();
+       }},
       {"NewCustomer", 0, 1, "NewCustomer [P|C]", NewCustomerCall},
       {"SaveRentalProfileInformation", 0, 0, "SaveRentalProfileInformation",
        [](Interpreter& in, const Args&) {
