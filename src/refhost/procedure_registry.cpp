@@ -62,7 +62,7 @@ void ProcedureCall::Out(std::string_view name, const Variant& value) { values_[I
 void ProcedureCall::ReturnRows(const std::string& sql, const std::vector<Variant>& args) {
   StatementLease lease = db_.Prepare(sql);
   for (size_t i = 0; i < args.size(); ++i) BindVariant(lease.get(), static_cast<int>(i + 1), args[i]);
-  rows_ = ReadRowSet(db_, lease.get());
+  rows_ = ReadRowSet(db_, lease);
   has_rows_ = true;
 }
 

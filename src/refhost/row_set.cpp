@@ -32,8 +32,21 @@ std::vector<ColumnInfo> DescribeColumns(SqliteDatabase& db, sqlite3_stmt* stmt, 
 }
 
 RowSet ReadRowSet(SqliteDatabase& db, sqlite3_stmt* stmt, bool rowid_first) {
+  return ReadRowSet(db, StatementLease(stmt, nullptr, false), rowid_first);
+}
+
+RowSet ReadRowSet(SqliteDatabase& db, const StatementLease& lease, bool rowid_first) {
+  sqlite3_stmt* stmt = lease.get();
   RowSet set;
-  set.columns = DescribeColumns(db, stmt, rowid_first);
+  ColumnList* cached = lease.Columns();
+  const size_t count = static_cast<size_t>(sqlite3_column_count(stmt) - (rowid_first ? 1 : 0));
+  // A changed table (a site column added) changes the count, and the columns are described again.
+  if (cached != nullptr && *cached && (*cached)->size() == count) {
+    set.columns = **cached;
+  } else {
+    set.columns = DescribeColumns(db, stmt, rowid_first);
+    if (cached != nullptr) *cached = std::make_shared<const std::vector<ColumnInfo>>(set.columns);
+  }
   const int first = rowid_first ? 1 : 0;
   const size_t width = set.columns.size();
   int rc;

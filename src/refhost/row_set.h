@@ -13,6 +13,7 @@ struct sqlite3_stmt;
 namespace kiv::refhost {
 
 class SqliteDatabase;
+class StatementLease;
 
 struct ColumnInfo {
   std::string name;
@@ -36,6 +37,8 @@ std::vector<ColumnInfo> DescribeColumns(SqliteDatabase& db, sqlite3_stmt* stmt, 
 
 //! Steps the statement to its end into a row set. Throws HostError on a failed step.
 RowSet ReadRowSet(SqliteDatabase& db, sqlite3_stmt* stmt, bool rowid_first = false);
+//! The same for a leased statement, describing its columns only the first time it is used.
+RowSet ReadRowSet(SqliteDatabase& db, const StatementLease& lease, bool rowid_first = false);
 
 //! Index of a column by name without regard to case; -1 when absent.
 int FindColumn(const std::vector<ColumnInfo>& columns, std::string_view name);

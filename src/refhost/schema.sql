@@ -78,9 +78,9 @@ CREATE TABLE kiv_customer (
   modified_by VARCHAR(20),
   modified_date DATETIME
 );
-CREATE INDEX ix_customer_last_name ON kiv_customer (last_name, first_name, customer_no);
-CREATE INDEX ix_customer_first_name ON kiv_customer (first_name, customer_no);
-CREATE INDEX ix_customer_company_name ON kiv_customer (company_name, customer_no);
+CREATE INDEX ix_customer_last_name ON kiv_customer (last_name, first_name, customer_type);
+CREATE INDEX ix_customer_first_name ON kiv_customer (first_name, customer_type);
+CREATE INDEX ix_customer_company_name ON kiv_customer (company_name, customer_type);
 CREATE INDEX ix_customer_zip ON kiv_customer (Zip);
 CREATE INDEX ix_customer_household ON kiv_customer (household_no);
 CREATE INDEX ix_customer_work_phone ON kiv_customer (work_phone);

@@ -114,7 +114,7 @@ std::shared_ptr<host::Recordset> SqliteConnection::OpenRead(const char* operatio
       Fail(event, kErrDatabase, "A read-only recordset cannot run a statement that changes the database.", nullptr);
       return nullptr;
     }
-    RowSet rows = ReadRowSet(*db_, lease.get());
+    RowSet rows = ReadRowSet(*db_, lease);
     Emit(event);
     return std::make_shared<SqliteRecordset>(
         std::move(rows), mode == ReadMode::Forward ? SqliteRecordset::Mode::ForwardOnly : SqliteRecordset::Mode::Static);
@@ -157,7 +157,7 @@ std::shared_ptr<host::Recordset> SqliteConnection::OpenUpdatableRecordset(const 
         one_table = other == nullptr || std::string_view(other) == table;
       }
       if (!one_table) throw HostError(kErrDatabase, "");
-      RowSet rows = ReadRowSet(*db_, lease.get(), true);
+      RowSet rows = ReadRowSet(*db_, lease, true);
       result = std::make_shared<SqliteRecordset>(std::move(rows), SqliteRecordset::Mode::Updatable, db_, table);
     } catch (const HostError& e) {
       // A second statement keeps its own message; anything else is a query we cannot write back.

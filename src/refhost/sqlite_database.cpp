@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "host/host_error.h"
+#include "refhost/row_set.h"
 
 namespace kiv::refhost {
 
@@ -86,7 +87,8 @@ std::shared_ptr<SqliteDatabase> SqliteDatabase::Open(const std::string& path, co
 
   // The first read of the file: a corrupt file or another writer's lock shows up here.
   char* message = nullptr;
-  rc = sqlite3_exec(raw, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;", nullptr, nullptr, &message);
+  rc = sqlite3_exec(raw, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA cache_size=-65536;", nullptr,
+                    nullptr, &message);
   std::string why = message != nullptr ? message : sqlite3_errstr(rc);
   sqlite3_free(message);
   if ((rc & 0xff) == SQLITE_BUSY || (rc & 0xff) == SQLITE_LOCKED)
@@ -123,7 +125,7 @@ StatementLease SqliteDatabase::Prepare(const std::string& sql) {
   auto found = cache_.find(sql);
   if (found != cache_.end() && !*found->second.busy) {
     *found->second.busy = true;
-    return StatementLease(found->second.stmt, found->second.busy.get(), false);
+    return StatementLease(found->second.stmt, found->second.busy.get(), false, found->second.columns.get());
   }
   sqlite3_stmt* stmt = nullptr;
   const char* tail = nullptr;
@@ -140,11 +142,12 @@ StatementLease SqliteDatabase::Prepare(const std::string& sql) {
   }
   if (found != cache_.end()) return StatementLease(stmt, nullptr, true);  // the cached copy is in use
   if (cache_.size() >= kCacheLimit) Evict();
-  Cached cached{stmt, std::make_unique<bool>(true)};
+  Cached cached{stmt, std::make_unique<bool>(true), std::make_unique<ColumnList>()};
   bool* busy = cached.busy.get();
+  ColumnList* columns = cached.columns.get();
   cache_.emplace(sql, std::move(cached));
   cache_order_.push_back(sql);
-  return StatementLease(stmt, busy, false);
+  return StatementLease(stmt, busy, false, columns);
 }
 
 void SqliteDatabase::ExecScript(const std::string& sql) {

@@ -17,6 +17,10 @@ struct sqlite3_stmt;
 
 namespace kiv::refhost {
 
+struct ColumnInfo;
+//! The column metadata of a cached statement, described once.
+using ColumnList = std::shared_ptr<const std::vector<ColumnInfo>>;
+
 //! Error numbers the reference host raises (HostError::number).
 inline constexpr int32_t kErrDatabase = -2147217900;  // a statement failed or was refused
 inline constexpr int32_t kErrOpen = -2147467259;      // the database file cannot be used
@@ -32,8 +36,10 @@ struct OpenOptions {
 class StatementLease {
  public:
   //! `owned`: a private copy finalized at the end (the cached one was in use).
-  StatementLease(sqlite3_stmt* stmt, bool* busy, bool owned) : stmt_(stmt), busy_(busy), owned_(owned) {}
-  StatementLease(StatementLease&& other) noexcept : stmt_(other.stmt_), busy_(other.busy_), owned_(other.owned_) {
+  StatementLease(sqlite3_stmt* stmt, bool* busy, bool owned, ColumnList* columns = nullptr)
+      : stmt_(stmt), busy_(busy), owned_(owned), columns_(columns) {}
+  StatementLease(StatementLease&& other) noexcept
+      : stmt_(other.stmt_), busy_(other.busy_), owned_(other.owned_), columns_(other.columns_) {
     other.stmt_ = nullptr;
   }
   StatementLease(const StatementLease&) = delete;
@@ -41,11 +47,14 @@ class StatementLease {
   StatementLease& operator=(StatementLease&&) = delete;
   ~StatementLease();
   sqlite3_stmt* get() const { return stmt_; }
+  //! Where the statement's column description is kept between uses; null for a private copy.
+  ColumnList* Columns() const { return columns_; }
 
  private:
   sqlite3_stmt* stmt_;
   bool* busy_;
   bool owned_;
+  ColumnList* columns_;
 };
 
 class SqliteDatabase {
@@ -90,6 +99,7 @@ class SqliteDatabase {
   struct Cached {
     sqlite3_stmt* stmt = nullptr;
     std::unique_ptr<bool> busy;
+    std::unique_ptr<ColumnList> columns;
   };
   std::unordered_map<std::string, Cached> cache_;
   std::list<std::string> cache_order_;
