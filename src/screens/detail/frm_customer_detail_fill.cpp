@@ -120,7 +120,8 @@ std::string frmCustomerDetail::AgeText(const std::optional<Date>& birth) const {
 
 void frmCustomerDetail::RefreshIndicators() {
   if (!customer_) return;
-  customer_->OpenFlags();
+  // A customer not yet saved has nothing to recompute; the flags stay as the record has them.
+  if (customer_->CustomerNo() != 0) customer_->OpenFlags();
   const bool will_calls = customer_->WillCallsAvailable();
   const bool reservations = customer_->HasReservations();
   const bool uninvoiced = customer_->HasUnInvoiced();
