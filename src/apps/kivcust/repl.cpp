@@ -63,7 +63,8 @@ class PromptSource : public StatementSource {
 void PrintHelp(std::ostream& out) {
   out << "statements (one a line; quote text with blanks; # starts a comment):\n"
          "  as USER | today YYYY-MM-DD\n"
-         "  call OpenCustomer N | call NewCustomer [P|C] | call result.METHOD [ARGS]\n"
+         "  call OpenCustomer N | ShowCustomer N|result | SelectCustomer [tab=T] [group=G] [spawn] [autoreturn]\n"
+         "  call ShowSearchCustomer | call NewCustomer [P|C] | call result.METHOD [ARGS]\n"
          "  set result.PROP VALUE      (also result.address[TYPE].PROP, result.PrimaryAddress.PROP)\n"
          "  type|paste CTRL TEXT, key CTRL KEY, focus CTRL, click CTRL [ITEM], choose CTRL ITEM,\n"
          "  date CTRL YYYY-MM-DD|none, select GRID ROWS, edit GRID ROW COL VALUE, dblclick|expand GRID ROW, close\n"
