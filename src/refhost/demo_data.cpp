@@ -234,6 +234,10 @@ class DemoBuilder {
   void InsertCustomer(const Person& p, const std::string& type, const std::string& company, const std::string& zip,
                       int32_t household_no, bool household_primary, bool has_relationship);
   void SideRows(const Person& p, bool adult);
+  //! Sales orders (some invoiced), reservations, access products with will calls and, for
+  //! companies, group forecasts. Drawn from a generator of its own, so the customers
+  //! themselves are the same with or without it.
+  void Activity(int32_t customer_no, bool company);
   std::string Phone(const City& c);
 
   sqlite3* db_;
@@ -245,18 +249,22 @@ class DemoBuilder {
   int32_t next_customer_ = 1;
   int32_t next_address_ = 1;
   int32_t next_card_seq_ = 1;
+  Rng activity_rng_;
+  int32_t next_order_ = 1, next_invoice_ = 1, next_reservation_ = 1, next_access_ = 1, next_will_call_ = 1,
+          next_forecast_ = 1;
   // Decided just before a customer row is written, because the row carries the flags.
   bool pending_club_ = false;
   std::string pending_account_;
 
   Insert customer_, address_, customer_address_, rel_, employer_, setting_, alert_, profile_, group_member_,
-      club_member_, card_, account_;
+      club_member_, card_, account_, order_, order_line_, invoice_, reservation_, access_, will_call_, forecast_;
 };
 
 DemoBuilder::DemoBuilder(sqlite3* db, const DemoOptions& options)
     : db_(db),
       options_(options),
       rng_(options.seed),
+      activity_rng_(options.seed ^ 0xA5A5A5A5DEADBEEFULL),
       customer_(db,
                 "INSERT INTO kiv_customer (customer_no, full_name, first_name, last_name, company_name, customer_type, "
                 "customer_kind, Gender, Zip, account_id, status_id, comment_note, DOB, Locked, date_of_release, "
@@ -294,7 +302,30 @@ DemoBuilder::DemoBuilder(sqlite3* db, const DemoOptions& options)
             "pay_method_id, is_active, created_by, create_date) VALUES (?,?,?,?,?,?,?,?,?,?,?)"),
       account_(db,
                "INSERT INTO kiv_account (account_id, Description, account_limit, account_balance, is_active) "
-               "VALUES (?,?,?,?,?)") {}
+               "VALUES (?,?,?,?,?)"),
+      order_(db,
+             "INSERT INTO kiv_sales_order (salesorder_no, customer_no, for_customer_no, forecast_no, order_date, "
+             "status_id, total_amount, is_invoiced) VALUES (?,?,?,?,?,?,?,?)"),
+      order_line_(db,
+                  "INSERT INTO kiv_sales_order_line (salesorder_no, line_no, item_id, description, quantity, price, "
+                  "amount) VALUES (?,?,?,?,?,?,?)"),
+      invoice_(db,
+               "INSERT INTO kiv_invoice (invoice_no, salesorder_no, customer_no, invoice_date, amount, balance) "
+               "VALUES (?,?,?,?,?,?)"),
+      reservation_(db,
+                   "INSERT INTO kiv_reservation (reservation_no, customer_no, booking_id, salesorder_no, "
+                   "arrival_date, departure_date, status_id, description) VALUES (?,?,?,?,?,?,?,?)"),
+      access_(db,
+              "INSERT INTO kiv_access_product (access_no, customer_no, salesorder_no, description, valid_from, "
+              "valid_to, status_id) VALUES (?,?,?,?,?,?,?)"),
+      will_call_(db,
+                 "INSERT INTO kiv_will_call (will_call_no, customer_no, access_no, salesorder_no, long_description, "
+                 "valid_date, status_id, dtm_printed, kiv_user_printed) VALUES (?,?,?,?,?,?,?,?,?)"),
+      forecast_(db,
+                "INSERT INTO kiv_customer_forecast (forecast_no, customer_no, fc_date_entered, fc_arrival_date, "
+                "fc_depart_date, fc_nights, fc_people, fc_days, fc_rate, fc_origin, fc_country, fc_category, "
+                "fc_source, fc_manager, fc_segment, fc_type, fc_location, comment_note, fc_last_edited_by, "
+                "fc_last_edited_on) VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)") {}
 
 void DemoBuilder::FillLists() {
   Exec(db_, "INSERT INTO kiv_system_parm (system_id, country_id, fiscal_year, resort_name) VALUES (1, 'USA', " +
@@ -466,6 +497,97 @@ void DemoBuilder::SideRows(const Person& p, bool adult) {
   }
 }
 
+void DemoBuilder::Activity(int32_t customer_no, bool company) {
+  struct Item {
+    sv id, description;
+    double price;
+  };
+  static constexpr std::array<Item, 9> kItems = {{{"LT1DAY", "LIFT TICKET 1 DAY", 129.0},
+                                                  {"LT3DAY", "LIFT TICKET 3 DAY", 369.0},
+                                                  {"SKIRENT", "SKI RENTAL PACKAGE", 49.0},
+                                                  {"SBRENT", "SNOWBOARD RENTAL", 45.0},
+                                                  {"HELMET", "HELMET RENTAL", 15.0},
+                                                  {"GRPLES", "GROUP LESSON", 99.0},
+                                                  {"PRVLES", "PRIVATE LESSON", 450.0},
+                                                  {"SEASON", "SEASON PASS", 899.0},
+                                                  {"LODGE", "LODGING NIGHT", 289.0}}};
+  Rng& r = activity_rng_;
+  auto day = [&r](int first_year) {
+    return IsoDate(r.Between(first_year, kFiscalYear), r.Between(1, 12), r.Between(1, 28));
+  };
+  std::vector<int32_t> forecasts;
+  if (company && r.Chance(35)) {
+    static constexpr std::array<sv, 4> kSegments = {"SKI", "CORP", "SCHOOL", "TOUR"};
+    for (int n = r.Between(1, 3); n > 0; --n) {
+      int32_t no = next_forecast_++;
+      int month = r.Between(1, 3);
+      int arrival = r.Between(1, 20);
+      int nights = r.Between(2, 7);
+      forecast_.Int(no).Int(customer_no).Text(IsoDate(kFiscalYear - 1, r.Between(6, 11), r.Between(1, 28)))
+          .Text(IsoDate(kFiscalYear, month, arrival)).Text(IsoDate(kFiscalYear, month, arrival + nights))
+          .Int(nights).Int(r.Between(8, 120)).Int(nights).Real(r.Between(80, 250) * 1.0).Text("DOM").Text("USA")
+          .Text(r.Chance(50) ? "A" : "B").Text(r.Chance(50) ? "REFERRAL" : "WEB").Text("DEMO MANAGER")
+          .Text(r.Pick(kSegments)).Text("GROUP").Text("MAIN").Null().Text("demo").Text(IsoDate(kFiscalYear - 1, 12, 1))
+          .Run();
+      forecasts.push_back(no);
+    }
+  }
+  int orders = r.Chance(company ? 40 : 10) ? r.Between(1, 3) : 0;
+  std::vector<int32_t> order_nos;
+  for (int n = 0; n < orders; ++n) {
+    int32_t no = next_order_++;
+    std::string date = day(kFiscalYear - 2);
+    double total = 0;
+    int lines = r.Between(1, 3);
+    for (int line = 1; line <= lines; ++line) {
+      const Item& item = r.Pick(kItems);
+      int quantity = company ? r.Between(2, 40) : r.Between(1, 4);
+      order_line_.Int(no).Int(line).Text(item.id).Text(item.description).Real(quantity).Real(item.price)
+          .Real(quantity * item.price).Run();
+      total += quantity * item.price;
+    }
+    bool invoiced = r.Chance(70);
+    order_.Int(no).Int(customer_no).Int(customer_no);
+    if (!forecasts.empty() && r.Chance(60)) order_.Int(forecasts[static_cast<size_t>(r.Below(static_cast<int>(forecasts.size())))]);
+    else order_.Null();
+    order_.Text(date).Text(invoiced ? "CLOSED" : "OPEN").Real(total).Int(invoiced ? 1 : 0).Run();
+    if (invoiced)
+      invoice_.Int(next_invoice_++).Int(no).Int(customer_no).Text(date).Real(total).Real(r.Chance(80) ? 0.0 : total).Run();
+    order_nos.push_back(no);
+  }
+  auto some_order = [&]() -> int32_t {
+    return order_nos.empty() ? 0 : order_nos[static_cast<size_t>(r.Below(static_cast<int>(order_nos.size())))];
+  };
+  if (r.Chance(company ? 15 : 5)) {
+    int32_t no = next_reservation_++;
+    int month = r.Between(1, 4);
+    int arrival = r.Between(1, 20);
+    int32_t order = some_order();
+    reservation_.Int(no).Int(customer_no).Text("B" + std::to_string(100000 + no));
+    if (order != 0) reservation_.Int(order); else reservation_.Null();
+    reservation_.Text(IsoDate(kFiscalYear, month, arrival)).Text(IsoDate(kFiscalYear, month, arrival + r.Between(1, 7)))
+        .Text(r.Chance(85) ? "BOOKED" : "CANCELLED").Text(r.Chance(50) ? "SLOPESIDE CONDO" : "LODGE ROOM").Run();
+  }
+  if (!company && r.Chance(6)) {
+    int32_t no = next_access_++;
+    int32_t order = some_order();
+    bool season = r.Chance(40);
+    access_.Int(no).Int(customer_no);
+    if (order != 0) access_.Int(order); else access_.Null();
+    access_.Text(season ? "SEASON PASS" : "LIFT TICKET 3 DAY").Text(IsoDate(kFiscalYear - 1, 11, 15))
+        .Text(IsoDate(kFiscalYear, 4, 15)).Text("ACTIVE").Run();
+    if (r.Chance(40)) {
+      bool printed = r.Chance(50);
+      will_call_.Int(next_will_call_++).Int(customer_no).Int(no);
+      if (order != 0) will_call_.Int(order); else will_call_.Null();
+      will_call_.Text(season ? "SEASON PASS PICKUP" : "LIFT TICKET PICKUP").Text(IsoDate(kFiscalYear, 1, r.Between(1, 28)))
+          .Text(printed ? "PRINTED" : "WAITING");
+      if (printed) will_call_.Text(IsoDate(kFiscalYear, 1, 2)).Text("clerk"); else will_call_.Null().Null();
+      will_call_.Run();
+    }
+  }
+}
+
 void DemoBuilder::MakeCompany() {
   Person p;
   p.no = next_customer_++;
@@ -483,6 +605,7 @@ void DemoBuilder::MakeCompany() {
   }
   bool lodge = rng_.Chance(20);
   InsertCustomer(p, "C", name, zip, p.no, true, false);
+  Activity(p.no, true);
   if (lodge) group_member_.Text("LODGE").Int(p.no).Run();
   else if (rng_.Chance(10)) group_member_.Text("TRAVEL").Int(p.no).Run();
   companies_.push_back(p.no);
@@ -546,6 +669,7 @@ void DemoBuilder::MakeHousehold(int size) {
       rel_.Int(employer).Int(p.no).Text("EMPLOYEE").Run();
     }
     SideRows(p, adult);
+    Activity(p.no, false);
   }
   ++summary_.households;
 }
@@ -579,6 +703,10 @@ DemoSummary DemoBuilder::Build() {
                 " WHERE sequence_name = 'seq_customer_no'");
   Exec(db_, "UPDATE kiv_sequence SET last_no = " + std::to_string(next_address_ - 1) +
                 " WHERE sequence_name = 'seq_address_no'");
+  Exec(db_, "UPDATE kiv_sequence SET last_no = " + std::to_string(next_forecast_ - 1) +
+                " WHERE sequence_name = 'seq_forecast_no'");
+  Exec(db_, "UPDATE kiv_sequence SET last_no = " + std::to_string(next_order_ - 1) +
+                " WHERE sequence_name = 'seq_salesorder_no'");
   return summary_;
 }
 
