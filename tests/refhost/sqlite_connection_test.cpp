@@ -159,6 +159,11 @@ TEST_F(SqliteConnectionTest, UpdatableRecordsetRefusesWhatItCannotWriteBack) {
   error = false;
   rs = conn_->OpenUpdatableRecordset("DELETE FROM kiv_customer", error);
   EXPECT_TRUE(error);
+  error = false;
+  // An account id typed with a quote, as the account screen concatenates it.
+  rs = conn_->OpenUpdatableRecordset("SELECT * FROM kiv_account WHERE account_id = 'A'; DELETE FROM kiv_customer; --'",
+                                     error);
+  EXPECT_TRUE(error);
   EXPECT_EQ(Count("kiv_customer"), 2);
 
   error = false;
