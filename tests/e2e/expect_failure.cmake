@@ -1,6 +1,6 @@
 # Runs kivcust and checks how it ended. With SCRIPT and no TRACE: the run must fail with the
-# text of the script's "# fails with:" line. With TRACE: the run must pass and the trace file
-# must hold EXPECT_TRACE. With EXPECT_ERROR: `open 1` must fail with that text.
+# text of the script's "# fails with:" line. With TRACE: the run of SCRIPT (and SCRIPT2) must
+# pass and the trace file must hold EXPECT_TRACE. With EXPECT_ERROR: `open 1` must fail with that text.
 if(DEFINED EXPECT_ERROR)
   execute_process(COMMAND ${KIVCUST} --db ${DB} --user ${USER} open 1
                   RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
@@ -24,7 +24,7 @@ if(DEFINED TRACE)
   file(REMOVE ${TRACE})
   set(trace_args --trace ${TRACE})
 endif()
-execute_process(COMMAND ${KIVCUST} --db ${DB} --today ${TODAY} ${trace_args} run ${SCRIPT}
+execute_process(COMMAND ${KIVCUST} --db ${DB} --today ${TODAY} ${trace_args} run ${SCRIPT} ${SCRIPT2}
                 RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
 
 if(DEFINED TRACE)

@@ -69,7 +69,7 @@ std::optional<Date> ParseToday(const std::string& text) {
   return d;
 }
 
-int RunScripts(const SessionOptions& options, const std::vector<std::string>& scripts) {
+int RunScripts(SessionOptions options, const std::vector<std::string>& scripts) {
   for (const auto& path : scripts) {
     std::ifstream file(path);
     if (!file) return Error("cannot read the script " + path);
@@ -86,6 +86,7 @@ int RunScripts(const SessionOptions& options, const std::vector<std::string>& sc
     ScriptSource source(std::move(statements));
     if (!interpreter.Run(source)) return Error(path + ": " + interpreter.LastFailure()->Text());
     std::cout << path << ": ok\n";
+    options.append_trace = true;
   }
   return 0;
 }

@@ -11,7 +11,7 @@ Session::Session(const SessionOptions& options) {
   open.create_if_missing = options.create_if_missing;
   open.clock = clock_;
   host_ = refhost::RefHost::Open(options.db_path, open);
-  if (!options.trace_file.empty()) trace_.OpenFile(options.trace_file);
+  if (!options.trace_file.empty()) trace_.OpenFile(options.trace_file, options.append_trace);
   host_->SetTrace([this](const refhost::TraceEvent& event) { trace_.Record(event); });
   SignIn(options.user);
 }

@@ -20,6 +20,8 @@ struct SessionOptions {
   std::string user;
   //! Empty: no trace file (the in-memory trace for `expect sql` is always kept).
   std::string trace_file;
+  //! Adds to the trace file instead of starting it afresh (the second script of a run).
+  bool append_trace = false;
   //! Fixes the clock; the machine's clock when absent.
   std::optional<Date> today;
 };

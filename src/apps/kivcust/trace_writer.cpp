@@ -6,8 +6,8 @@
 
 namespace kiv::kivcust {
 
-void TraceWriter::OpenFile(const std::string& path) {
-  file_.open(path, std::ios::out | std::ios::trunc);
+void TraceWriter::OpenFile(const std::string& path, bool append) {
+  file_.open(path, std::ios::out | (append ? std::ios::app : std::ios::trunc));
   if (!file_) throw std::runtime_error("cannot write the trace file " + path);
 }
 

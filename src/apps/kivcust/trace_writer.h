@@ -11,8 +11,9 @@ namespace kiv::kivcust {
 
 class TraceWriter {
  public:
-  //! Opens (truncates) the trace file; throws std::runtime_error naming it when it cannot.
-  void OpenFile(const std::string& path);
+  //! Opens the trace file, emptied first unless `append`; throws std::runtime_error naming it
+  //! when it cannot be written.
+  void OpenFile(const std::string& path, bool append);
   //! Takes one call from the reference host's trace hook.
   void Record(const refhost::TraceEvent& event);
   //! Starts a new window: `expect sql` looks only at calls made after this.
