@@ -87,14 +87,6 @@ const std::vector<EngineCall>& EngineCalls() {
       {"ShowCustomer", 1, 2, "ShowCustomer N|result [nowillcall]", ShowCustomerCall},
       {"SelectCustomer", 0, 4, "SelectCustomer [tab=T] [group=G] [spawn] [autoreturn]", SelectCustomerCall},
       {"ShowSearchCustomer", 0, 0, "ShowSearchCustomer", ShowSearchCustomerCall},
-      {"ShowCustomer", 1, 1, "ShowCustomer N",
-       [](Interpreter& in, const Args& args) {
-         CCustEngine::ShowCustomerArgs call_args;
-         call_args.lCustomerNo = CustomerNoArg(args, 0);
-         auto customer = in.GetSession().Engine().ShowCustomer(call_args);
-         in.SetResult(customer, call_args.bError);
-         return std::string();
-       }},
       {"NewCustomer", 0, 1, "NewCustomer [P|C]", NewCustomerCall},
       {"SaveRentalProfileInformation", 0, 0, "SaveRentalProfileInformation",
        [](Interpreter& in, const Args&) {

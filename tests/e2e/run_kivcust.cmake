@@ -1,6 +1,23 @@
 # Runs kivcust and checks how it ended. With SCRIPT and no TRACE: the run must fail with the
 # text of the script's "# fails with:" line. With TRACE: the run of SCRIPT (and SCRIPT2) must
-# pass and the trace file must hold EXPECT_TRACE. With EXPECT_ERROR: `open 1` must fail with that text.
+# pass and the trace file must hold EXPECT_TRACE. With EXPECT_ERROR: `open 1` must fail with
+# that text. With INPUT: `repl` reads the file and must print each line of EXPECT_OUTPUT.
+if(DEFINED INPUT)
+  execute_process(COMMAND ${KIVCUST} --db ${DB} repl INPUT_FILE ${INPUT}
+                  RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  if(NOT rc EQUAL 0)
+    message(FATAL_ERROR "repl ended with ${rc}:\n${out}${err}")
+  endif()
+  file(STRINGS ${EXPECT_OUTPUT} wanted)
+  foreach(line ${wanted})
+    string(FIND "${out}" "${line}" at)
+    if(at EQUAL -1)
+      message(FATAL_ERROR "the repl did not print \"${line}\":\n${out}")
+    endif()
+  endforeach()
+  return()
+endif()
+
 if(DEFINED EXPECT_ERROR)
   execute_process(COMMAND ${KIVCUST} --db ${DB} --user ${USER} open 1
                   RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
