@@ -2,8 +2,6 @@
 // driven by the lines that follow the call that showed them, and the checks.
 #include "apps/kivcust/interpreter.h"
 
-#include <sqlite3.h>
-
 #include <ostream>
 
 #include "apps/kivcust/customer_properties.h"
