@@ -18,7 +18,7 @@ class PromptSource : public StatementSource {
 
   std::optional<Statement> Next() override {
     std::string line;
-    for (;;) {
+    while (!quitting_) {
       ui::Form* form = session_.Ui().ActiveForm();
       out_ << (form != nullptr ? form->Name() : std::string("kivcust")) << "> " << std::flush;
       if (!std::getline(in_, line)) {
@@ -27,7 +27,7 @@ class PromptSource : public StatementSource {
       }
       ++number_;
       std::string word = LCase(Trim(line));
-      if (word == "quit" || word == "exit") return std::nullopt;
+      if (word == "quit" || word == "exit") break;
       if (word == "help" || word == "?") {
         PrintHelp(out_);
         continue;
@@ -38,6 +38,8 @@ class PromptSource : public StatementSource {
         out_ << "error: " << e.reason << "\n";
       }
     }
+    quitting_ = true;
+    return std::nullopt;
   }
 
   std::optional<ui::MsgBoxResult> AskAnswer(const ShownBox& box) override {
@@ -45,6 +47,12 @@ class PromptSource : public StatementSource {
     for (;;) {
       out_ << "answer> " << std::flush;
       if (!std::getline(in_, line)) return std::nullopt;
+      std::string word = LCase(Trim(line));
+      if (word == "quit" || word == "exit") {
+        // Leaving: the box gets its harmless answer and every open form closes.
+        quitting_ = true;
+        return std::nullopt;
+      }
       auto answer = AnswerFromText(Trim(line));
       if (answer && StyleHasButton(box.style, *answer)) return answer;
       out_ << "the box has no button \"" << Trim(line) << "\"\n";
@@ -56,6 +64,7 @@ class PromptSource : public StatementSource {
   std::istream& in_;
   std::ostream& out_;
   int number_ = 0;
+  bool quitting_ = false;
 };
 
 }  // namespace
