@@ -28,14 +28,8 @@ struct FakePage : DetailPage {
       : name(std::move(name)), tab(tab), slot(slot), log(log) {}
   int TabIndex() const override { return tab; }
   DetailSaveSlot SaveSlot() const override { return slot; }
-  void Activate(frmCustomerDetail& screen) override {
-    screen.cmdButton1.SetCaption(name);
-    screen.cmdButton1.SetVisible(true);
-  }
-  void Load(frmCustomerDetail&) override {
-    log.push_back("load " + name);
-    dirty = false;
-  }
+  void Activate(frmCustomerDetail& s) override { s.cmdButton1.SetCaption(name), s.cmdButton1.SetVisible(true); }
+  void Load(frmCustomerDetail&) override { log.push_back("load " + name), dirty = false; }
   bool Save(frmCustomerDetail&) override {
     log.push_back("save " + name);
     if (save_result) dirty = false;

@@ -69,25 +69,20 @@ TEST(CustomerDetailValidation, TheFirstFailureShowsItsBoxAndKeepsTheClerkOnItsFi
   }
 }
 
-TEST(CustomerDetailValidation, ANewCompanyNeedsTheRightToAddCompaniesButANewPersonDoesNot) {
-  for (const char* type : {"Company Type", "Person Type"}) {
-    DetailRig rig;
-    rig.host.app->Grant("CUSTADDCOMP", false);
-    rig.engine.SetAppServer(rig.host.app);
-    rig.host.OnProcedure(test::kUpdateCustomer).Outputs({{"@customer_no", 77}});
-    rig.Person(0);
-    rig.Open();
-    rig.Do(ActionKind::Click, "cmdType", type);
-    rig.Do(ActionKind::Paste, std::string(type) == "Company Type" ? "txtCompanyName" : "txtLastName", "ACME");
-    const bool company = std::string(type) == "Company Type";
-    if (company) rig.ui->Answer(ui::vbOK);
-    EXPECT_EQ(rig.screen->Ok(), !company) << type;
-    if (!company) continue;
-    ASSERT_EQ(rig.ui->Boxes().size(), 1u);
-    EXPECT_EQ(rig.ui->Boxes()[0].prompt, "Security Access Denied\r\nYou do not have permission to create new companies");
-    EXPECT_EQ(rig.ui->Boxes()[0].title, "Save New Company Canceled");
-    EXPECT_EQ(rig.Updates(), 0u);
-  }
+TEST(CustomerDetailValidation, ANewCompanyNeedsTheRightToAddCompanies) {
+  DetailRig rig;
+  rig.host.app->Grant("CUSTADDCOMP", false);
+  rig.engine.SetAppServer(rig.host.app);
+  rig.Person(0);
+  rig.Open();
+  rig.Do(ActionKind::Click, "cmdType", "Company Type");
+  rig.Do(ActionKind::Paste, "txtCompanyName", "ACME");
+  rig.ui->Answer(ui::vbOK);
+  EXPECT_FALSE(rig.screen->Ok());
+  EXPECT_EQ(rig.ui->Prompts(),
+            std::vector<std::string>{"Security Access Denied\r\nYou do not have permission to create new companies"});
+  EXPECT_EQ(rig.ui->Boxes()[0].title, "Save New Company Canceled");
+  EXPECT_EQ(rig.Updates(), 0u);
 }
 
 TEST(CustomerDetailSave, WritesTheScreenIntoTheRecordAsTheDatabaseKeepsIt) {
@@ -105,17 +100,12 @@ TEST(CustomerDetailSave, WritesTheScreenIntoTheRecordAsTheDatabaseKeepsIt) {
   rig.Do(ActionKind::Click, "optGender", "&Male");
   ASSERT_TRUE(rig.screen->Save());
   const CCustomer& c = *rig.customer;
-  EXPECT_EQ(c.FullName(), "DR ANN LEE");
+  EXPECT_EQ(c.FullName() + "/" + c.CustomerLevelID() + "/" + c.Gender(), "DR ANN LEE/None/M");
   EXPECT_TRUE(c.DOB().IsZero());
   EXPECT_DOUBLE_EQ(c.DiscountPercentage(), 0.15);
   EXPECT_DOUBLE_EQ(c.CommissionPercentage(), 0);
-  EXPECT_EQ(c.CustomerLevelID(), "None");
-  EXPECT_EQ(c.Gender(), "M");
-  EXPECT_TRUE(c.DateOfRelease().IsNull());
   EXPECT_EQ(rig.Updates(), 1u);
-  EXPECT_TRUE(rig.screen->Visible()) << "Save keeps the screen open";
-  EXPECT_FALSE(rig.screen->Cancelled());
-  EXPECT_TRUE(rig.screen->SavedOnce());
+  EXPECT_TRUE(rig.screen->Visible() && !rig.screen->Cancelled()) << "Save keeps the screen open";
 }
 
 TEST(CustomerDetailSave, ARenameIsAuditedOnlyAfterASuccessfulUpdateOfAnExistingCustomer) {
@@ -129,16 +119,13 @@ TEST(CustomerDetailSave, ARenameIsAuditedOnlyAfterASuccessfulUpdateOfAnExistingC
   EXPECT_FALSE(rig.screen->Ok());
   EXPECT_TRUE(rig.host.app->Activities().empty());
   EXPECT_EQ(rig.customer->FullName(), "ANN LEE") << "a refused save leaves the record as it was";
-  EXPECT_TRUE(rig.screen->Visible());
-  EXPECT_TRUE(rig.screen->Cancelled());
+  EXPECT_TRUE(rig.screen->Visible() && rig.screen->Cancelled());
 
   EXPECT_TRUE(rig.screen->Ok());
   ASSERT_EQ(rig.host.app->Activities().size(), 1u);
-  EXPECT_EQ(rig.host.app->Activities()[0].task_code, "CUSTEDIT");
-  EXPECT_EQ(rig.host.app->Activities()[0].screen, "CustDetail");
-  EXPECT_EQ(rig.host.app->Activities()[0].detail, "CN=42;FN=ANN LEE;");
-  EXPECT_FALSE(rig.screen->Visible());
-  EXPECT_FALSE(rig.screen->Cancelled());
+  const test::ActivityCall& audit = rig.host.app->Activities()[0];
+  EXPECT_EQ(audit.task_code + " " + audit.screen + " " + audit.detail, "CUSTEDIT CustDetail CN=42;FN=ANN LEE;");
+  EXPECT_FALSE(rig.screen->Visible() || rig.screen->Cancelled());
 
   DetailRig fresh;
   fresh.host.OnProcedure(test::kUpdateCustomer).Outputs({{"@customer_no", 43}});
@@ -180,14 +167,9 @@ TEST(CustomerDetailSave, OkStopsAfterAFailedHouseholdSaveWhileSaveCarriesOn) {
     household.dirty = custom.dirty = true;
     household.save_result = false;
     EXPECT_EQ(ok ? rig.screen->Ok() : rig.screen->Save(), !ok);
-    if (ok) {
-      EXPECT_EQ(rig.page_log, (std::vector<std::string>{"save household"}));
-      EXPECT_TRUE(rig.screen->Visible());
-      EXPECT_TRUE(rig.screen->Cancelled());
-    } else {
-      EXPECT_EQ(rig.page_log, (std::vector<std::string>{"save household", "save custom"}));
-      EXPECT_FALSE(rig.screen->Cancelled());
-    }
+    EXPECT_EQ(rig.page_log.size(), ok ? 1u : 2u) << "OK saves nothing after the household";
+    EXPECT_TRUE(rig.screen->Visible());
+    EXPECT_EQ(rig.screen->Cancelled(), ok);
     EXPECT_FALSE(rig.ui->WaitCursor());
   }
 }
@@ -199,14 +181,11 @@ TEST(CustomerDetailSave, RentalSettingsSaveOnlyWhenChanged) {
   rig.Person();
   rig.Open();
   rig.screen->Save();
-  EXPECT_TRUE(rig.host.db->Executions("KIV_SP_CUSTOMER_CUSTOMER_ALERT_update").empty());
   rig.Do(ActionKind::Choose, "cmbGuestAbility", "Intermediate");
   rig.Do(ActionKind::Paste, "txtShoeSize", "9.5");
-  EXPECT_TRUE(rig.screen->RentalChanged());
   rig.screen->Save();
   EXPECT_EQ(rig.host.db->Executions("KIV_SP_CUSTOMER_CUSTOMER_ALERT_update").size(), 1u);
-  EXPECT_EQ(rig.customer->GuestAbility(), "II");
-  EXPECT_DOUBLE_EQ(rig.customer->GuestShoeSize(), 9.5);
+  EXPECT_EQ(rig.customer->GuestAbility() + "/" + std::to_string(rig.customer->GuestShoeSize()), "II/9.500000");
   EXPECT_EQ(rig.Updates(), 0u) << "rental settings are no customer edit";
 }
 
@@ -217,8 +196,7 @@ TEST(CustomerDetailCancel, AnExistingCustomerIsReloadedAndANewOneIsNot) {
     rig.Open();
     rig.Do(ActionKind::Click, "cmdCancel");
     EXPECT_EQ(rig.host.db->Executions("KIV_SP_GetCustomer").size(), number == 0 ? 0u : 1u) << number;
-    EXPECT_TRUE(rig.screen->Cancelled());
-    EXPECT_FALSE(rig.screen->Visible());
+    EXPECT_TRUE(rig.screen->Cancelled() && !rig.screen->Visible());
   }
 }
 

@@ -21,50 +21,25 @@ TEST(CustomerDetailFill, ShowsTheRecordWithoutCountingAsAnEdit) {
   rig.customer->SetCustomerKind("STAFF");
   rig.customer->SetDateOfRelease(Variant::Null());
   rig.Open();
+  rig.Open();  // a second filling must not duplicate list items
   frmCustomerDetail& s = *rig.screen;
+  EXPECT_EQ(s.cmbCustomerLevel.ListCount(), 2) << "GOLD once, and None";
+  EXPECT_EQ(s.tabAddressType.Count(), 3) << "Primary, BILLING, SHIPPING";
   EXPECT_EQ(s.Caption(), "Customer Detail (42)");
-  EXPECT_EQ(s.cmdType.Value(), frmCustomerDetail::kTypePerson);
-  EXPECT_TRUE(s.picTypePerson.Visible());
-  EXPECT_FALSE(s.picTypeCompany.Visible());
-  EXPECT_EQ(s.txtFullName.Text(), "ANN LEE");
   EXPECT_EQ(s.lblAge.Caption(), "Age:35");
   EXPECT_FALSE(s.dtWeddAniv.HasValue()) << "a zero date shows an empty picker";
-  EXPECT_FALSE(s.dtDateOfRelease.HasValue());
   EXPECT_EQ(s.optGender.Value(), frmCustomerDetail::kGenderFemale);
   EXPECT_EQ(s.txtDefaultCommission.Text(), "15.00");
   EXPECT_EQ(s.txtDefaultDiscount.Text(), "1,250.00");
   EXPECT_EQ(s.cmbCustomerLevel.SelectedKey(), "None") << "an empty level shows None";
   EXPECT_EQ(s.cmbCustomerKind.SelectedKey(), "STAFF");
-  EXPECT_EQ(s.tabCustomer.SelectedKey(), "Address");
-  EXPECT_EQ(s.tabAddressType.SelectedKey(), "PRIMARY");
   EXPECT_EQ(s.txtStreet1.Text(), "1 MAIN ST");
-  EXPECT_EQ(s.cmbCountry.Text(), "USA");
   EXPECT_FALSE(s.CustomerChanged());
   EXPECT_FALSE(s.txtFullName.DataChanged());
-  EXPECT_FALSE(s.IsNew());
-  EXPECT_TRUE(s.Cancelled());
   EXPECT_FALSE(rig.customer->AddressesChanges());
 }
 
-TEST(CustomerDetailFill, ACompanyShowsItsPanelAndIndicatorsFollowTheFlags) {
-  DetailRig rig;
-  rig.Person(7);
-  rig.customer->SetCustomerType("C");
-  rig.customer->SetCompanyName("ACME");
-  rig.host.OnProcedure("KIV_SP_UpdateCustomerHas").Outputs({{"@willcall", 0}, {"@club", 0}, {"@so", 1},
-                                                            {"@reservation", 0}, {"@relationship", 0}});
-  rig.Open();
-  frmCustomerDetail& s = *rig.screen;
-  EXPECT_EQ(s.cmdType.Value(), frmCustomerDetail::kTypeCompany);
-  EXPECT_EQ(s.txtCompanyName.Text(), "ACME");
-  EXPECT_TRUE(s.picTypeCompany.Visible());
-  EXPECT_TRUE(s.imgAlert.Visible());
-  EXPECT_TRUE(s.lblUninvoiced.Visible());
-  EXPECT_FALSE(s.lblWillCall.Visible());
-  EXPECT_FALSE(s.lblReservations.Visible());
-}
-
-TEST(CustomerDetailFill, WithoutTheCompanyRightAClerkEditsPersonsButNotCompanies) {
+TEST(CustomerDetailFill, CompaniesNeedTheCompanyRightAndIndicatorsFollowTheFlags) {
   for (const char* type : {"P", "C"}) {
     DetailRig rig;
     rig.host.app->Grant("CUSTEDITCOMP", false);
@@ -72,25 +47,17 @@ TEST(CustomerDetailFill, WithoutTheCompanyRightAClerkEditsPersonsButNotCompanies
     rig.engine.SetAppServer(rig.host.app);
     rig.Person();
     rig.customer->SetCustomerType(type);
+    rig.customer->SetCompanyName("ACME");
+    rig.host.OnProcedure("KIV_SP_UpdateCustomerHas").Outputs({{"@so", 1}});
     rig.Open();
     const bool person = std::string(type) == "P";
+    EXPECT_EQ(rig.screen->txtCompanyName.Text(), person ? "" : "ACME");
+    EXPECT_TRUE(rig.screen->imgAlert.Visible() && rig.screen->lblUninvoiced.Visible());
+    EXPECT_FALSE(rig.screen->lblWillCall.Visible());
     EXPECT_EQ(rig.screen->CanEdit(), person) << type;
     EXPECT_EQ(rig.screen->cmdSave.Enabled(), person) << type;
-    EXPECT_FALSE(rig.screen->CanEditProfile());
-    EXPECT_FALSE(rig.screen->fraRental.Enabled());
+    EXPECT_FALSE(rig.screen->fraRental.Enabled()) << "the profile right";
   }
-}
-
-TEST(CustomerDetailFill, FillingTwiceKeepsEachListItemOnce) {
-  DetailRig rig;
-  rig.Person();
-  rig.Open();
-  rig.Open();
-  EXPECT_EQ(rig.screen->cmbCustomerLevel.ListCount(), 2) << "GOLD once, and None";
-  EXPECT_EQ(rig.screen->cmbCountry.ListCount(), 2);
-  ASSERT_EQ(rig.screen->tabAddressType.Count(), 3);
-  EXPECT_EQ(rig.screen->tabAddressType.TabCaption(1), "Primary");
-  EXPECT_EQ(rig.screen->tabAddressType.TabKey(3), "SHIPPING");
 }
 
 TEST(CustomerDetailAddressTabs, SwitchingStoresTheFieldsAndCreatesAMissingAddress) {
@@ -101,18 +68,15 @@ TEST(CustomerDetailAddressTabs, SwitchingStoresTheFieldsAndCreatesAMissingAddres
   rig.Do(ActionKind::Click, "tabAddressType", "BILLING");
   std::shared_ptr<CAddress> billing = rig.customer->GetAddress("BILLING");
   ASSERT_NE(billing, nullptr);
-  EXPECT_EQ(billing->CountryID(), "USA");
-  EXPECT_EQ(billing->CustomerNo(), 42);
+  EXPECT_EQ(billing->CountryID() + "/" + std::to_string(billing->CustomerNo()), "USA/42");
   EXPECT_TRUE(billing->DataChanged());
   EXPECT_EQ(rig.screen->txtStreet1.Text(), "");
-  EXPECT_EQ(rig.screen->cmbCountry.Text(), "USA");
 
   rig.Do(ActionKind::Paste, "txtCity", "STOWE");
   rig.Do(ActionKind::Click, "tabAddressType", "Primary");
   EXPECT_EQ(billing->City(), "STOWE");
   EXPECT_EQ(rig.customer->PrimaryAddress()->AddressLine2(), "APT 4");
   EXPECT_EQ(rig.screen->txtStreet2.Text(), "APT 4");
-  EXPECT_EQ(rig.customer->Addresses()->Count(), 2u);
 }
 
 TEST(CustomerDetailPages, TabsHandTheButtonsToTheirPageAndLoadItOncePerFilling) {
@@ -124,13 +88,11 @@ TEST(CustomerDetailPages, TabsHandTheButtonsToTheirPageAndLoadItOncePerFilling) 
   rig.Do(ActionKind::Click, "tabCustomer", "2");
   EXPECT_FALSE(rig.screen->picGeneral.Visible());
   EXPECT_EQ(rig.screen->cmdButton1.Caption(), "household");
-  EXPECT_TRUE(rig.screen->cmdButton1.Visible());
   rig.Do(ActionKind::Click, "cmdButton1");
   rig.Do(ActionKind::Click, "tabCustomer", "3");
   EXPECT_FALSE(rig.screen->cmdButton1.Visible()) << "the sales page has no page of its own yet";
   rig.Do(ActionKind::Click, "tabCustomer", "2");
   EXPECT_EQ(rig.page_log, (std::vector<std::string>{"load household", "household button 1"}));
-  EXPECT_TRUE(rig.screen->PageLoaded(household));
 
   rig.Open();
   EXPECT_FALSE(rig.screen->PageLoaded(household)) << "filling again forces a reload";
@@ -156,7 +118,6 @@ TEST(CustomerDetailPages, ADirtyPageAsksBeforeRefreshAndNoKeepsItsChanges) {
   EXPECT_FALSE(profile.dirty);
   EXPECT_EQ(rig.page_log, (std::vector<std::string>{"load profile", "load profile"}));
   ASSERT_EQ(rig.ui->Boxes().size(), 2u);
-  EXPECT_EQ(rig.ui->Boxes()[0].title, "Confirm Refresh Profile Data");
   EXPECT_EQ(rig.ui->Boxes()[0].style, ui::vbYesNo | ui::vbQuestion | ui::vbDefaultButton2);
 }
 
@@ -168,8 +129,7 @@ TEST(CustomerDetailClose, TheCloseBoxCancelsWithoutTouchingTheDatabase) {
   rig.host.db->ClearLog();
   ASSERT_TRUE(rig.screen->Perform(ui::Action{ActionKind::Close, "", "", {}, 0}).ok);
   EXPECT_TRUE(rig.screen->Cancelled());
-  EXPECT_FALSE(rig.screen->Visible());
-  EXPECT_TRUE(rig.screen->Loaded()) << "the engine still reads it";
+  EXPECT_TRUE(rig.screen->Loaded() && !rig.screen->Visible()) << "hidden, and the engine still reads it";
   EXPECT_TRUE(rig.host.Log().empty()) << rig.host.LogText();
 }
 
