@@ -140,9 +140,21 @@ void Search(ProcedureCall& call) {
   for (const auto& k : keys) order += k + ", ";
   order += "c.customer_no";
 
-  int32_t total = NzLong(db.QueryValue("SELECT COUNT(*) FROM kiv_customer c WHERE " + where.sql, where.args));
-  Where page = where;
   int32_t last_no = call.Long("@search_customer_no");
+  // Counting is most of a page's work; the pages after the first reuse the first page's total.
+  std::string key = where.sql;
+  for (const auto& arg : where.args) key += "\x1f" + NzString(arg);
+  auto& totals = db.SearchTotals();
+  auto known = totals.find(key);
+  int32_t total;
+  if (last_no != 0 && known != totals.end()) {
+    total = known->second;
+  } else {
+    total = NzLong(db.QueryValue("SELECT COUNT(*) FROM kiv_customer c WHERE " + where.sql, where.args));
+    if (totals.size() > 64) totals.clear();
+    totals[key] = total;
+  }
+  Where page = where;
   if (last_no != 0) After(db, last_no, keys, page);
   call.ReturnRows("WITH page AS MATERIALIZED (SELECT c.customer_no FROM kiv_customer c WHERE " + page.sql +
                       " ORDER BY " + order + " LIMIT " + std::to_string(kPageSize) + ") SELECT " + kSearchRowColumns +

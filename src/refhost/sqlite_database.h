@@ -86,6 +86,10 @@ class SqliteDatabase {
   std::vector<std::vector<Variant>> QueryRows(const std::string& sql, const std::vector<Variant>& args = {});
   int64_t LastInsertRowid() const;
 
+  //! Totals remembered between the pages of one search: a continuation page reuses the total
+  //! its first page counted under the same criteria text.
+  std::unordered_map<std::string, int32_t>& SearchTotals() { return search_totals_; }
+
   //! Throws HostError(kErrDatabase) with SQLite's message for the last failure.
   [[noreturn]] void Fail(const std::string& context) const;
 
@@ -103,6 +107,7 @@ class SqliteDatabase {
   };
   std::unordered_map<std::string, Cached> cache_;
   std::list<std::string> cache_order_;
+  std::unordered_map<std::string, int32_t> search_totals_;
 };
 
 //! A transaction that rolls back unless committed. `immediate` takes the write lock at once.

@@ -82,7 +82,7 @@ void SqliteRecordset::MoveFirst() {
 
 int32_t SqliteRecordset::RecordCount() const {
   CheckOpen();
-  if (mode_ == Mode::ForwardOnly) return -1;
+  // The rows are all read when the recordset opens, so even a forward-only one knows its count.
   return static_cast<int32_t>(rows_.rows.size());
 }
 

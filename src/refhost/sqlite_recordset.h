@@ -27,6 +27,7 @@ class SqliteRecordset : public host::Recordset {
   bool Bof() const override;
   void MoveNext() override;
   void MoveFirst() override;
+  //! The number of rows, for every mode (the rows are read at open).
   int32_t RecordCount() const override;
   int32_t FieldCount() const override;
   host::Field& FieldAt(int32_t index) override;
