@@ -174,6 +174,8 @@ void frmCustomerDetail::OnCompanyNameChange() {
 
 bool frmCustomerDetail::ConfirmNameChange(bool& confirmed, const char* prompt, const char* title) {
   if (confirmed) return true;
+  // Keys still arriving after a No has closed the screen change nothing and ask nothing.
+  if (!Visible()) return false;
   if (ui().MsgBox(prompt, ui::vbYesNo | ui::vbQuestion | ui::vbDefaultButton2, title) == ui::vbYes) {
     confirmed = true;
     return true;
