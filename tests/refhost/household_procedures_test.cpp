@@ -53,6 +53,44 @@ TEST_F(HouseholdProcedures, FamilyMembersJoinAndLeaveTheParentsHousehold) {
   EXPECT_EQ(Count("kiv_customer_rel"), 1);
 }
 
+TEST_F(HouseholdProcedures, AFailedCallLeavesNothingBehind) {
+  // The relationship row is refused after the new member and its number were written.
+  db_->Execute("CREATE TRIGGER refuse_rel BEFORE INSERT ON kiv_customer_rel BEGIN "
+               "SELECT RAISE(ABORT, 'relationships are closed'); END");
+  auto add = Procedure("KIV_SP_INSERTCUSTOMER_ADD_FAMILY", {{"@customer_no", Variant(int32_t{1})},
+                                                            {"@last_name", Variant("SMITH")},
+                                                            {"@rel_type_id", Variant("CHILD")}});
+  EXPECT_FALSE(Run(add));
+  EXPECT_EQ(Count("kiv_customer"), 3);
+  EXPECT_EQ(NzLong(Scalar("SELECT last_no FROM kiv_sequence WHERE sequence_name = 'seq_customer_no'")), 0);
+  EXPECT_NE(NzString(Scalar("SELECT description FROM kiv_error_log")).find("relationships are closed"),
+            std::string::npos);
+
+  // A value the parameter cannot hold fails the call before it starts.
+  auto bad = Procedure("KIV_SP_UpdateCustomerHouseholdPrimary", {{"@customer_no", Variant("twelve")}});
+  EXPECT_FALSE(Run(bad));
+
+  // Another program holding the write lock makes a writing call fail after the busy timeout.
+  OpenOptions quick;
+  quick.busy_timeout_ms = 50;
+  auto other = RefHost::Open(path_, quick);
+  auto other_conn = std::static_pointer_cast<RefAppServer>(other->SignIn("CLERK"));
+  other_conn->Errors()->SetEcho(false);
+  db_->Execute("BEGIN IMMEDIATE");
+  bool error = false;
+  auto primary = other_conn->Connection()->CreateCommand(error);
+  primary->SetCommandText("KIV_SP_UpdateCustomerHouseholdPrimary");
+  primary->SetCommandType(host::adCmdStoredProc);
+  primary->GetParameters().Refresh();
+  primary->GetParameters()["@customer_no"].SetValue(Variant(int32_t{2}));
+  other_conn->Connection()->ExecuteCommand(primary, error);
+  EXPECT_TRUE(error);
+  db_->Execute("ROLLBACK");
+  error = false;
+  other_conn->Connection()->ExecuteCommand(primary, error);
+  EXPECT_FALSE(error);
+}
+
 TEST_F(HouseholdProcedures, EmployerLinksAreKeptPerFiscalYear) {
   db_->Execute("INSERT INTO kiv_customer (customer_no, company_name, customer_type) VALUES (9, 'ACME', 'C')");
   auto link = [&](bool active) {
