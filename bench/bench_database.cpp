@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <random>
 #include <regex>
 #include <stdexcept>
 
@@ -23,8 +24,29 @@ namespace {
 
 namespace fs = std::filesystem;
 
-//! The build time is kept beside the file so that a reused database still reports it.
-std::string BuildNotePath(const std::string& path) { return path + ".build-seconds"; }
+//! The build time and the schema it was built from are kept beside the file, so that a
+//! reused database still reports its build rate and a changed schema (new indexes under the
+//! same version) is noticed.
+std::string BuildNotePath(const std::string& path) { return path + ".build"; }
+
+//! FNV-1a of the program's schema text: stable from build to build.
+uint64_t SchemaFingerprint() {
+  uint64_t hash = 1469598103934665603ULL;
+  for (unsigned char c : refhost::SchemaSql()) hash = (hash ^ c) * 1099511628211ULL;
+  return hash;
+}
+
+struct BuildNote {
+  double seconds = 0;
+  uint64_t schema = 0;
+};
+
+BuildNote ReadBuildNote(const std::string& path) {
+  std::ifstream in(BuildNotePath(path));
+  BuildNote note;
+  if (!(in >> note.seconds >> note.schema)) return {};
+  return note;
+}
 
 int64_t ScalarOf(sqlite3* db, const char* sql) {
   sqlite3_stmt* stmt = nullptr;
@@ -47,13 +69,6 @@ bool Matches(const std::string& path, int32_t customers) {
   }
   sqlite3_close_v2(db);
   return ok;
-}
-
-double ReadBuildNote(const std::string& path) {
-  std::ifstream in(BuildNotePath(path));
-  double seconds = 0;
-  if (in >> seconds) return seconds;
-  return 0;
 }
 
 }  // namespace
@@ -101,9 +116,10 @@ PreparedDatabase PrepareDatabase(const DatabaseRequest& request) {
   PreparedDatabase prepared;
   prepared.path = request.path;
   prepared.customers = request.customers;
-  if (!request.rebuild && Matches(request.path, request.customers)) {
+  const BuildNote note = ReadBuildNote(request.path);
+  if (!request.rebuild && note.schema == SchemaFingerprint() && Matches(request.path, request.customers)) {
     prepared.reused = true;
-    prepared.build_seconds = ReadBuildNote(request.path);
+    prepared.build_seconds = note.seconds;
     return prepared;
   }
   std::error_code ec;
@@ -115,11 +131,36 @@ PreparedDatabase PrepareDatabase(const DatabaseRequest& request) {
   if (run.exit_status != 0) throw std::runtime_error("kivcust init-demo failed: " + run.output);
   std::cerr << run.output;
   prepared.build_seconds = ReportedSeconds(run.output);
-  std::ofstream(BuildNotePath(request.path)) << prepared.build_seconds << "\n";
+  std::ofstream(BuildNotePath(request.path)) << prepared.build_seconds << " " << SchemaFingerprint() << "\n";
   if (!Matches(request.path, request.customers))
     throw std::runtime_error("the database built at " + request.path + " does not hold " +
                              std::to_string(request.customers) + " customers");
   return prepared;
+}
+
+std::vector<int32_t> SampleCustomerNumbers(const std::string& path, size_t count) {
+  sqlite3* db = nullptr;
+  std::vector<int32_t> out;
+  if (sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) {
+    const int64_t low = ScalarOf(db, "SELECT MIN(customer_no) FROM kiv_customer");
+    const int64_t high = ScalarOf(db, "SELECT MAX(customer_no) FROM kiv_customer");
+    sqlite3_stmt* exists = nullptr;
+    if (low > 0 && sqlite3_prepare_v2(db, "SELECT 1 FROM kiv_customer WHERE customer_no = ?", -1, &exists, nullptr) ==
+                       SQLITE_OK) {
+      std::mt19937 rng(20260314);
+      std::uniform_int_distribution<int64_t> pick(low, high);
+      for (int tries = 0; out.size() < count && tries < 100000; ++tries) {
+        const int64_t n = pick(rng);
+        sqlite3_bind_int64(exists, 1, n);
+        if (sqlite3_step(exists) == SQLITE_ROW) out.push_back(static_cast<int32_t>(n));
+        sqlite3_reset(exists);
+      }
+    }
+    sqlite3_finalize(exists);
+  }
+  sqlite3_close_v2(db);
+  if (out.empty()) throw std::runtime_error(path + " holds no customers");
+  return out;
 }
 
 }  // namespace kiv::bench

@@ -26,9 +26,14 @@ struct PreparedDatabase {
   double build_seconds = 0;
 };
 
-//! The file as requested: reused when its schema version and customer count match, else
-//! rebuilt by `kivcust init-demo`. Throws std::runtime_error when the build fails.
+//! The file as requested: reused when its schema version and customer count match and it was
+//! built from this program's schema text, else rebuilt by `kivcust init-demo`. Throws
+//! std::runtime_error when the build fails.
 PreparedDatabase PrepareDatabase(const DatabaseRequest& request);
+
+//! `count` existing customer numbers in random order (fixed seed), read with a small
+//! read-only connection. Throws when the file holds no customers.
+std::vector<int32_t> SampleCustomerNumbers(const std::string& path, size_t count);
 
 struct ProcessResult {
   int exit_status = -1;

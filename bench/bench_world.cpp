@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <random>
 #include <stdexcept>
+#include <string_view>
 
+#include "bench/bench_database.h"
 #include "refhost/sqlite_database.h"
 #include "ui/ui.h"
 
@@ -24,21 +26,6 @@ constexpr int kTwoAddressSample = 32;
 std::vector<int32_t> IntColumn(refhost::SqliteDatabase& db, const std::string& sql) {
   std::vector<int32_t> out;
   for (const auto& row : db.QueryRows(sql)) out.push_back(static_cast<int32_t>(row[0].ToLong()));
-  return out;
-}
-
-//! Random numbers between the lowest and highest customer number, kept when they exist.
-std::vector<int32_t> SampleCustomers(refhost::SqliteDatabase& db) {
-  const int32_t low = static_cast<int32_t>(db.QueryValue("SELECT MIN(customer_no) FROM kiv_customer").ToLong());
-  const int32_t high = static_cast<int32_t>(db.QueryValue("SELECT MAX(customer_no) FROM kiv_customer").ToLong());
-  std::mt19937 rng(kSeed);
-  std::uniform_int_distribution<int32_t> pick(low, high);
-  std::vector<int32_t> out;
-  for (int tries = 0; out.size() < kCustomerSample && tries < 100000; ++tries) {
-    int32_t n = pick(rng);
-    if (!db.QueryValue("SELECT 1 FROM kiv_customer WHERE customer_no = ?", {Variant(n)}).IsNull()) out.push_back(n);
-  }
-  if (out.empty()) throw std::runtime_error("the database holds no customers");
   return out;
 }
 
@@ -71,7 +58,7 @@ void OpenWorld(const std::string& path) {
 
   refhost::SqliteDatabase& db = *world->host->Database();
   world->raw = std::make_unique<RawSqlite>(db.Handle());
-  world->customers = SampleCustomers(db);
+  world->customers = SampleCustomerNumbers(path, kCustomerSample);
   world->two_address_customers = IntColumn(
       db, "SELECT a.customer_no FROM kiv_customer_address a JOIN kiv_customer c ON c.customer_no = a.customer_no "
           "WHERE c.household_no = c.customer_no GROUP BY a.customer_no HAVING COUNT(*) = 2 LIMIT " +
@@ -126,8 +113,20 @@ std::string CheckBaselinesAgree(BenchWorld& world) {
         static_cast<int32_t>(first.customers.size()) != screen.DisplayedCount())
       return "first page of " + prefix + " differs (raw total " + std::to_string(first.total) + ", screen " +
              std::to_string(screen.TotalCount()) + ")";
+    bool counted = false;
+    sqlite3_trace_v2(
+        world.raw->Handle(), SQLITE_TRACE_STMT,
+        [](unsigned, void* flag, void* stmt, void*) {
+          const char* sql = sqlite3_sql(static_cast<sqlite3_stmt*>(stmt));
+          if (sql != nullptr && std::string_view(sql).rfind("SELECT COUNT(*) FROM kiv_customer", 0) == 0)
+            *static_cast<bool*>(flag) = true;
+          return 0;
+        },
+        &counted);
     screen.GetMore();
-    RawPage next = RawSearchLastName(*world.raw, prefix, first.customers.back());
+    sqlite3_trace_v2(world.raw->Handle(), 0, nullptr, nullptr);
+    world.next_page_counts = counted;
+    RawPage next = RawSearchLastName(*world.raw, prefix, first.customers.back(), counted);
     if (next.customers.empty() || next.customers.back() != screen.LastCustomerNo())
       return "next page of " + prefix + " differs";
   }

@@ -35,6 +35,9 @@ struct BenchWorld {
   //! Three-letter last-name prefixes that find at least two pages.
   std::vector<std::string> prefixes;
   std::vector<std::string> zips;
+  //! The host counts the matches again for every further page (seen by CheckBaselinesAgree),
+  //! so the raw next page does too.
+  bool next_page_counts = true;
 };
 
 //! Opens the database, signs in and picks the samples. Throws on any failure.

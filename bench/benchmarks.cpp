@@ -99,7 +99,7 @@ void SearchNextRaw(benchmark::State& state) {
   static size_t position = 0;
   for (auto _ : state) {
     const size_t i = position++ % w.prefixes.size();
-    RawPage page = RawSearchLastName(*w.raw, w.prefixes[i], after[i]);
+    RawPage page = RawSearchLastName(*w.raw, w.prefixes[i], after[i], w.next_page_counts);
     benchmark::DoNotOptimize(page);
   }
 }

@@ -182,7 +182,7 @@ RawCustomer RawOpenCustomer(RawSqlite& raw, int32_t customer_no) {
   return customer;
 }
 
-RawPage RawSearchLastName(RawSqlite& raw, const std::string& prefix, int32_t after_customer_no) {
+RawPage RawSearchLastName(RawSqlite& raw, const std::string& prefix, int32_t after_customer_no, bool count) {
   RawPage page;
   const std::string lower = AsciiLower(prefix);
   const std::string upper = refhost::PrefixEnd(lower);
@@ -194,7 +194,7 @@ RawPage RawSearchLastName(RawSqlite& raw, const std::string& prefix, int32_t aft
     sqlite3_bind_text(stmt, 3, upper.data(), static_cast<int>(upper.size()), SQLITE_STATIC);
   };
   raw.Run("BEGIN");
-  {
+  if (count) {
     sqlite3_stmt* stmt = raw.Statement("SELECT COUNT(*) FROM kiv_customer c WHERE " + where);
     bind_where(stmt);
     if (sqlite3_step(stmt) == SQLITE_ROW) page.total = sqlite3_column_int(stmt, 0);

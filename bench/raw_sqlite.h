@@ -48,9 +48,10 @@ struct RawPage {
   std::vector<int32_t> customers;
 };
 
-//! The search procedure for persons whose last name begins with `prefix`: the count, the
-//! continuation key after `after_customer_no` (0 for the first page), then the page.
-RawPage RawSearchLastName(RawSqlite& raw, const std::string& prefix, int32_t after_customer_no);
+//! The search procedure for persons whose last name begins with `prefix`: the count (unless
+//! `count` is false: total stays 0), the continuation key after `after_customer_no` (0 for
+//! the first page), then the page.
+RawPage RawSearchLastName(RawSqlite& raw, const std::string& prefix, int32_t after_customer_no, bool count = true);
 
 //! The stored values a save writes back, copied once before timing.
 class RawSaveRow {

@@ -21,6 +21,7 @@ struct ProgramFigures {
   bool reused = false;
   long peak_rss_kib = 0;        // 1,000 opens
   long baseline_rss_kib = 0;    // the same program with an empty script
+  long parent_rss_kib = 0;      // run_bench itself when it started the program
 };
 
 //! Prints the table; true when every figure is there and every target holds.
