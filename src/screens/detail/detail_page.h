@@ -58,3 +58,11 @@ class DetailPage {
 };
 
 }  // namespace kiv
+
+namespace kiv {
+
+//! Gives a new editor one of each page the component offers, in the order Refresh reloads
+//! the pages of a shared tab. A new page class is added here with one line.
+void AddDetailPages(frmCustomerDetail& screen);
+
+}  // namespace kiv

@@ -103,6 +103,7 @@ frmCustomerDetail::frmCustomerDetail()
   WireCommands();
   WireFieldRules();
   WireRentalPanel();
+  AddDetailPages(*this);
 }
 
 frmCustomerDetail::~frmCustomerDetail() = default;

@@ -100,7 +100,10 @@ void frmCustomerDetail::WireFieldRules() {
     if (!filling_) RaiseCustomerChanged();
   };
   cmbCustomerLevel.on_click = [this] {
-    if (!filling_ && customer_) OnLevelOrKindClick(cmbCustomerLevel, customer_->CustomerLevelID());
+    if (filling_ || !customer_) return;
+    // An empty level is shown, and saved, as None.
+    const std::string& level = customer_->CustomerLevelID();
+    OnLevelOrKindClick(cmbCustomerLevel, level.empty() ? std::string("None") : level);
   };
   cmbCustomerKind.on_click = [this] {
     if (!filling_ && customer_) OnLevelOrKindClick(cmbCustomerKind, customer_->CustomerKind());
