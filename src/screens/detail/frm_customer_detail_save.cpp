@@ -90,6 +90,8 @@ bool frmCustomerDetail::RunSave(bool is_ok) {
 
 bool frmCustomerDetail::FailValidation(const std::string& prompt, const std::string& title, ui::Control& focus) {
   ui().MsgBox(prompt, ui::vbOKOnly | ui::vbInformation, title);
+  // Every field validation names lives on the general page: bring it back to reach the field.
+  if (active_tab_ != kTabGeneral) tabCustomer.SetSelectedIndex(kTabGeneral);
   focus.SetFocus();
   return false;
 }
