@@ -32,22 +32,25 @@ void UpdateAddress(ProcedureCall& call) {
   if (db.QueryValue("SELECT 1 FROM kiv_customer WHERE customer_no = ?", {Variant(customer_no)}).IsNull())
     return Refuse(call, "Customer " + std::to_string(customer_no) + " does not exist.");
 
-  std::vector<Variant> values{Variant(type),           call.In("@name"),  call.In("@address_1"),
-                              call.In("@address_2"),   call.In("@city"),  call.In("@state"),
-                              call.In("@zip"),         call.In("@country_id"), call.In("@phone"),
-                              call.In("@fax")};
+  // The address columns in table order after the number, each from its parameter.
+  std::vector<Variant> values;
+  values.reserve(11);
+  values.push_back(Variant(address_no));
+  values.push_back(Variant(type));
+  for (const char* name : {"@name", "@address_1", "@address_2", "@city", "@state", "@zip", "@country_id", "@phone",
+                           "@fax"})
+    values.push_back(call.In(name));
   const bool primary = type == "PRIMARY";
   if (address_no == 0) {
     address_no = NextSequenceNo(db, "seq_address_no");
-    values.insert(values.begin(), Variant(address_no));
+    values[0] = Variant(address_no);
     db.Execute("INSERT INTO kiv_address (address_no, address_type, Name, Address_1, Address_2, City, State, Zip, "
                "Country_ID, Phone, Fax) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
                values);
   } else {
-    values.push_back(Variant(address_no));
     int changed = db.Execute(
-        "UPDATE kiv_address SET address_type = ?, Name = ?, Address_1 = ?, Address_2 = ?, City = ?, State = ?, "
-        "Zip = ?, Country_ID = ?, Phone = ?, Fax = ? WHERE address_no = ?",
+        "UPDATE kiv_address SET address_type = ?2, Name = ?3, Address_1 = ?4, Address_2 = ?5, City = ?6, State = ?7, "
+        "Zip = ?8, Country_ID = ?9, Phone = ?10, Fax = ?11 WHERE address_no = ?1",
         values);
     if (changed == 0) return Refuse(call, "Address " + std::to_string(address_no) + " does not exist.");
   }

@@ -102,11 +102,11 @@ void UpdateEmployer(ProcedureCall& call) {
   int32_t employer = call.Long("@employer_customer_no");
   if (!CustomerExists(db, employee) || !CustomerExists(db, employer))
     return Refuse(call, "Both the employee and the employer must exist.");
-  Variant active = call.IsNull("@is_active") ? Variant(true) : Variant(call.Bool("@is_active"));
+  const bool active = call.IsNull("@is_active") || call.Bool("@is_active");
   db.Execute("INSERT INTO kiv_customer_employer (customer_no, fiscal_year, employer_customer_no, is_active, "
              "comment_note) VALUES (?, ?, ?, ?, ?) ON CONFLICT (customer_no, fiscal_year, employer_customer_no) "
              "DO UPDATE SET is_active = excluded.is_active, comment_note = excluded.comment_note",
-             {Variant(employee), Variant(call.Long("@fiscal_year")), Variant(employer), active,
+             {Variant(employee), Variant(call.Long("@fiscal_year")), Variant(employer), Variant(active),
               call.In("@comment_note")});
   call.Out("@message", Variant(""));
 }

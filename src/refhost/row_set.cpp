@@ -72,8 +72,21 @@ RowSet ReadRowSet(SqliteDatabase& db, const StatementLease& lease, bool rowid_fi
 }
 
 int FindColumn(const std::vector<ColumnInfo>& columns, std::string_view name) {
-  for (size_t i = 0; i < columns.size(); ++i)
-    if (EqualsNoCase(columns[i].name, name)) return static_cast<int>(i);
+  // Records read every field by name, dozens of times per row, so the full comparison runs
+  // only for a likely candidate. Upper-casing keeps a name's length in bytes (ASCII and
+  // Latin-1 letters alike) and changes no ASCII letter into another: a name of another
+  // length or another ASCII first letter cannot match. The first match still wins.
+  auto fold = [](unsigned char c) { return c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c; };
+  for (size_t i = 0; i < columns.size(); ++i) {
+    const std::string& column = columns[i].name;
+    if (column.size() != name.size()) continue;
+    if (column == name) return static_cast<int>(i);
+    if (!name.empty()) {
+      const auto a = static_cast<unsigned char>(column[0]), b = static_cast<unsigned char>(name[0]);
+      if (a < 0x80 && b < 0x80 && fold(a) != fold(b)) continue;
+    }
+    if (EqualsNoCase(column, name)) return static_cast<int>(i);
+  }
   return -1;
 }
 

@@ -205,10 +205,10 @@ std::shared_ptr<host::Command> SqliteConnection::CreateCommandText(const std::st
 int32_t SqliteConnection::GetNextSequenceNo(const std::string& sequence_name) {
   TraceEvent event{"GetNextSequenceNo", sequence_name};
   try {
-    Variant next(NextSequenceNo(*db_, sequence_name));
-    event.outputs.emplace_back("next", next);
+    int32_t next = NextSequenceNo(*db_, sequence_name);
+    event.outputs.emplace_back("next", Variant(next));
     Emit(event);
-    return next.ToLong();
+    return next;
   } catch (const HostError& e) {
     Fail(event, e.number, e.description, nullptr);
     throw;
