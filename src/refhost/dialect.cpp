@@ -74,6 +74,7 @@ std::string TranslateSql(std::string_view s) {
   out.reserve(s.size() + 16);
   std::string limit;
   std::string last_word;  // the previous keyword or name, upper-cased
+  std::string upper;      // the current word, upper-cased
   size_t i = 0;
   while (i < s.size()) {
     char c = s[i];
@@ -138,7 +139,11 @@ std::string TranslateSql(std::string_view s) {
     size_t start = i;
     while (i < s.size() && IsWordChar(s[i])) ++i;
     std::string_view word = s.substr(start, i - start);
-    std::string upper = UCase(word);
+    // Only ASCII keywords are looked for, so folding the ASCII letters is enough (a word with
+    // other letters matches none of them either way); the buffer is reused from word to word.
+    upper.assign(word);
+    for (char& ch : upper)
+      if (ch >= 'a' && ch <= 'z') ch = static_cast<char>(ch - 'a' + 'A');
     size_t next = SkipBlanks(s, i);
     bool call = next < s.size() && s[next] == '(';
 

@@ -97,6 +97,7 @@ const ProcedureRegistry& ProcedureRegistry::Standard() {
     AddSearchProcedures(r);
     AddHouseholdProcedures(r);
     AddCardFileProcedures(r);
+    AddActivityProcedures(r);
     return r;
   }();
   return registry;

@@ -99,6 +99,7 @@ void AddSideRecordProcedures(ProcedureRegistry& registry);
 void AddSearchProcedures(ProcedureRegistry& registry);
 void AddHouseholdProcedures(ProcedureRegistry& registry);
 void AddCardFileProcedures(ProcedureRegistry& registry);
+void AddActivityProcedures(ProcedureRegistry& registry);
 
 // Parameter declarations, shortest form.
 ProcedureParam InInt(std::string name);

@@ -288,5 +288,32 @@ TEST_F(ProceduresTest, GroupMembershipIsAddedListedAndRemoved) {
   EXPECT_TRUE(none->Eof());
 }
 
+TEST_F(ProceduresTest, ActivityListsShowOpenOrdersCommentsAndWillCalls) {
+  int32_t ann = SaveCustomer(0, "SMITH", "ANN");
+  int32_t tim = SaveCustomer(0, "SMITH", "TIM");
+  db_->Execute("INSERT INTO kiv_sales_order (salesorder_no, customer_no, for_customer_no, order_date, is_invoiced, "
+               "comment_note) VALUES (10, ?1, ?2, '2026-03-01 10:00:00', 0, 'RUSH'), "
+               "(11, ?1, NULL, '2026-03-02 10:00:00', 1, NULL)",
+               {Variant(ann), Variant(tim)});
+  db_->Execute("INSERT INTO kiv_sales_order_line (salesorder_no, line_no, description, quantity, amount) VALUES "
+               "(10, 1, 'LIFT TICKET', 2, 150), (10, 2, 'RENTAL', 1, 40), (11, 1, 'LESSON', 1, 90)");
+  db_->Execute("INSERT INTO kiv_will_call (will_call_no, customer_no, salesorder_no, long_description) "
+               "VALUES (5, ?, 10, 'SEASON PASS')",
+               {Variant(ann)});
+  auto lines = Rows(Procedure("KiV_SP_GetSalesOrderLine", {{"@customer_no", Variant(ann)}, {"@open", Variant(true)}}));
+  ASSERT_NE(lines, nullptr);
+  EXPECT_EQ(lines->RecordCount(), 2) << "the invoiced order is left out";
+  EXPECT_EQ((*lines)["for_full_name"].ToString(), "TIM SMITH");
+  EXPECT_EQ((*lines)["linenet"].Type(), VarType::Currency);
+  EXPECT_EQ((*lines)["salesorder_date"].ToDate(), Date::FromParts(2026, 3, 1, 10, 0, 0));
+  auto comments = Rows(Procedure("KiV_SP_CUSTOMER_SALES_ORDER_COMMENT_get", {{"@customer_no", Variant(ann)}}));
+  EXPECT_EQ(comments->RecordCount(), 1);
+  EXPECT_EQ((*comments)["comment_note"].ToString(), "RUSH");
+  auto calls = Rows(Procedure("KIV_SP_GetCustomerWillCalls", {{"@customer_no", Variant(ann)}}));
+  ASSERT_FALSE(calls->Eof());
+  EXPECT_EQ((*calls)["so_for_full_name"].ToString(), "TIM SMITH");
+  EXPECT_EQ((*calls)["so_full_name"].ToString(), "ANN SMITH");
+}
+
 }  // namespace
 }  // namespace kiv::refhost::testing
