@@ -42,7 +42,9 @@ class MedianCollector : public benchmark::BenchmarkReporter {
         std::cerr << "  " << name << ": " << run.error_message << "\n";
         continue;
       }
-      if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
+      // One repetition has no aggregates: its own time stands for the median.
+      const bool single = run.run_type == Run::RT_Iteration && run.repetitions <= 1;
+      if (!single && (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median")) continue;
       medians_.micros[name] = run.GetAdjustedRealTime();  // registered in microseconds
       std::cerr << "  " << name << ": " << FormatMicros(medians_.micros[name]) << "\n";
     }
