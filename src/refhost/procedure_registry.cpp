@@ -20,8 +20,9 @@ ProcedureCall::ProcedureCall(SqliteDatabase& db, std::string user, std::vector<P
 }
 
 size_t ProcedureCall::IndexOf(std::string_view name) const {
+  // Upper-casing keeps a name's length, so a name of another length is passed over at once.
   for (size_t i = 0; i < declared_.size(); ++i)
-    if (EqualsNoCase(declared_[i].name, name)) return i;
+    if (declared_[i].name.size() == name.size() && EqualsNoCase(declared_[i].name, name)) return i;
   throw std::logic_error("procedure parameter not declared: " + std::string(name));
 }
 

@@ -241,12 +241,20 @@ std::shared_ptr<host::Recordset> SqliteConnection::RunCommand(const char* operat
     SqliteParameters& params = cmd->Params();
     std::vector<int> slot(static_cast<size_t>(params.Count()), -1);
     for (int32_t p = 0; p < params.Count(); ++p) {
-      for (size_t d = 0; d < declared.size(); ++d) {
-        if (!EqualsNoCase(declared[d].name, params.At(static_cast<size_t>(p)).Name())) continue;
-        slot[static_cast<size_t>(p)] = static_cast<int>(d);
-        if (declared[d].direction == host::adParamInput || declared[d].direction == host::adParamInputOutput)
-          values[d] = ConvertParameter(declared[d], params.At(static_cast<size_t>(p)).Value());
-      }
+      const std::string& name = params.At(static_cast<size_t>(p)).Declared().name;
+      // Declared names are unique. A refreshed list holds them in the declared order, so the
+      // same position is tried first; a name of another length cannot match.
+      auto same = [&](size_t d) {
+        return declared[d].name.size() == name.size() && EqualsNoCase(declared[d].name, name);
+      };
+      size_t d = static_cast<size_t>(p);
+      if (d >= declared.size() || !same(d))
+        for (d = 0; d < declared.size() && !same(d); ++d) {
+        }
+      if (d >= declared.size()) continue;
+      slot[static_cast<size_t>(p)] = static_cast<int>(d);
+      if (declared[d].direction == host::adParamInput || declared[d].direction == host::adParamInputOutput)
+        values[d] = ConvertParameter(declared[d], params.At(static_cast<size_t>(p)).Value());
     }
     ProcedureCall call(*db_, user_id_, declared, std::move(values));
     call.Return(0);

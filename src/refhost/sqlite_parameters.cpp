@@ -43,8 +43,9 @@ host::Parameter& SqliteParameters::Item(const std::string& name) {
 }
 
 host::Parameter* SqliteParameters::Find(const std::string& name) {
+  // Upper-casing keeps a name's length, so a name of another length is passed over at once.
   for (auto& item : items_)
-    if (EqualsNoCase(item->Name(), name)) return item.get();
+    if (item->Declared().name.size() == name.size() && EqualsNoCase(item->Declared().name, name)) return item.get();
   return nullptr;
 }
 
