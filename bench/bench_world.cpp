@@ -36,6 +36,15 @@ BenchWorld& World() {
   return *g_world;
 }
 
+void TurnCacheSettingOn(const std::string& path) {
+  refhost::OpenOptions options;
+  options.create_if_missing = false;
+  auto host = refhost::RefHost::Open(path, options);
+  CCustEngine engine;
+  engine.SetAppServer(host->SignIn(kBenchUser));
+  engine.SetUseCollection(true);
+}
+
 void OpenWorld(const std::string& path) {
   auto world = std::make_unique<BenchWorld>();
   refhost::OpenOptions options;

@@ -40,6 +40,10 @@ struct BenchWorld {
   bool next_page_counts = true;
 };
 
+//! Turns the benchmark user's customer cache on in the file (a run stopped inside the miss
+//! benchmark leaves it off), so that the memory script runs with the cache on.
+void TurnCacheSettingOn(const std::string& path);
+
 //! Opens the database, signs in and picks the samples. Throws on any failure.
 void OpenWorld(const std::string& path);
 //! The world opened by OpenWorld.

@@ -103,6 +103,7 @@ int Main(int argc, char** argv) {
   program.customers = database.customers;
   program.build_seconds = database.build_seconds;
   program.reused = database.reused;
+  TurnCacheSettingOn(database.path);
   std::vector<std::string> memory_script;
   for (int32_t n : SampleCustomerNumbers(database.path, kMemoryOpens))
     memory_script.push_back("call OpenCustomer " + std::to_string(n));
