@@ -35,7 +35,7 @@ demo: build
 # --customers N, --benchmark_filter=...).
 BENCH_ARGS ?=
 bench: bootstrap
-	@cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release "-DCMAKE_CXX_FLAGS=-Wno-restrict -Wno-maybe-uninitialized" \
+	@cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release \
 		-DKIV_BUILD_BENCH=ON -DKIV_BUILD_TESTS=OFF >/dev/null
 	@cmake --build build-bench --target run_bench -j $(JOBS)
 	@build-bench/bench/run_bench $(BENCH_ARGS)

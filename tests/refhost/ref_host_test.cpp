@@ -37,15 +37,6 @@ class RefHostFiles : public ::testing::Test {
   std::string path_ = TempPath("files");
 };
 
-TEST_F(RefHostFiles, BuiltInSchemaIsTheSchemaFile) {
-  std::filesystem::path file = std::filesystem::path(__FILE__).parent_path() / "../../src/refhost/schema.sql";
-  std::ifstream in(file);
-  ASSERT_TRUE(in) << file;
-  std::stringstream text;
-  text << in.rdbuf();
-  EXPECT_EQ(text.str(), std::string(SchemaSql())) << "run src/refhost/embed_schema.sh";
-}
-
 TEST_F(RefHostFiles, NewFileGetsTheSchemaAndReopens) {
   RefHost::Open(path_);
   auto host = RefHost::Open(path_);
