@@ -29,8 +29,6 @@ demo: build
 	@test -x $(BUILD)/kivcust || { echo "kivcust is not built yet"; exit 1; }
 	@$(BUILD)/kivcust repl
 
-# GCC 12's optimiser raises false -Wrestrict and -Wmaybe-uninitialized errors inside the
-# standard library's string and variant code; the Release build leaves those two out.
 # BENCH_ARGS passes options to run_bench (--rebuild, --repetitions N, --min-time S,
 # --customers N, --benchmark_filter=...).
 BENCH_ARGS ?=

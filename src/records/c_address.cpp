@@ -7,6 +7,7 @@
 
 #include "core/version.h"
 #include "host/db_patterns.h"
+#include "host/error_trap.h"
 #include "host/host_error.h"
 
 namespace kiv {
@@ -148,21 +149,12 @@ bool CAddress::Update(const std::shared_ptr<host::DBConnection>& oDB,
       return true;
     }
     // The flag carries no failure of its own: the report names the routine only.
-  } catch (const HostError& e) {
-    number = e.number;
-    description = e.description;
-  } catch (const VbError& e) {
-    number = e.Number();
-    description = e.Description();
-  } catch (const std::exception& e) {
-    description = e.what();
-  }
-  try {
-    if (m_oError != nullptr)
-      m_oError->Display(number, SourcePrefix(kClassName), description + " UpdateAddress", false, Variant(), Variant(),
-                        Variant(), command, std::string());
   } catch (...) {
+    const host::TrappedError failure = host::CurrentFailure();
+    number = failure.number;
+    description = failure.description;
   }
+  host::ReportQuietly(m_oError.get(), number, SourcePrefix(kClassName), description + " UpdateAddress", command);
   return false;
 }
 
@@ -183,21 +175,12 @@ bool CAddress::DeleteAddress(const std::shared_ptr<host::DBConnection>& oDB,
     command->GetParameters().Refresh();
     KeyParameter(*command).SetValue(Variant(address_id_));
     if (host::ExecuteProcedure(*oDB, command)) return true;
-  } catch (const HostError& e) {
-    number = e.number;
-    description = e.description;
-  } catch (const VbError& e) {
-    number = e.Number();
-    description = e.Description();
-  } catch (const std::exception& e) {
-    description = e.what();
-  }
-  try {
-    if (m_oError != nullptr)
-      m_oError->Display(number, SourcePrefix(kClassName), description + " DeleteAddress", false, Variant(), Variant(),
-                        Variant(), command, std::string());
   } catch (...) {
+    const host::TrappedError failure = host::CurrentFailure();
+    number = failure.number;
+    description = failure.description;
   }
+  host::ReportQuietly(m_oError.get(), number, SourcePrefix(kClassName), description + " DeleteAddress", command);
   return false;
 }
 

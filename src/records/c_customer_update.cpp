@@ -5,6 +5,7 @@
 #include <exception>
 
 #include "host/db_patterns.h"
+#include "host/error_trap.h"
 #include "host/host_error.h"
 #include "records/system_country.h"
 
@@ -32,13 +33,7 @@ void CCustomer::ReportFailure(int32_t number, const std::string& description, co
                               const std::shared_ptr<host::Command>& related) {
   last_error_number_ = number;
   last_error_description_ = description;
-  try {
-    if (error_object_ != nullptr)
-      error_object_->Display(number, source_name_ + routine, description, false, Variant(), Variant(), Variant(),
-                             related, std::string());
-  } catch (...) {
-    // A report that fails is dropped: the operation still ends through its normal exit.
-  }
+  host::ReportQuietly(error_object_.get(), number, source_name_ + routine, description, related);
 }
 
 bool CCustomer::SaveAddresses() {
@@ -116,14 +111,9 @@ bool CCustomer::Update() {
     if (household_no_ == 0) SetHouseholdNo(customer_no_);
     SaveAddresses();
     is_new_customer_ = false;
-  } catch (const HostError& e) {
-    ReportFailure(e.number, e.description, " Update", command);
-    result = false;
-  } catch (const VbError& e) {
-    ReportFailure(e.Number(), e.Description(), " Update", command);
-    result = false;
-  } catch (const std::exception& e) {
-    ReportFailure(0, e.what(), " Update", command);
+  } catch (...) {
+    const host::TrappedError failure = host::CurrentFailure();
+    ReportFailure(failure.number, failure.description, " Update", command);
     result = false;
   }
   return result;
@@ -143,12 +133,9 @@ bool CCustomer::DeleteCustomer() {
     const bool return_first = params.Count() > 0 && params.Item(0).Name() == "@RETURN_VALUE";
     params.Item(return_first ? 1 : 0).SetValue(Variant(customer_no_));
     return host::ExecuteProcedure(*db_, command);
-  } catch (const HostError& e) {
-    ReportFailure(e.number, e.description, " DeleteCustomer", command);
-  } catch (const VbError& e) {
-    ReportFailure(e.Number(), e.Description(), " DeleteCustomer", command);
-  } catch (const std::exception& e) {
-    ReportFailure(0, e.what(), " DeleteCustomer", command);
+  } catch (...) {
+    const host::TrappedError failure = host::CurrentFailure();
+    ReportFailure(failure.number, failure.description, " DeleteCustomer", command);
   }
   return false;
 }

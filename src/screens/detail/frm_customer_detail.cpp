@@ -5,6 +5,7 @@
 #include "core/version.h"
 #include "core/vb_error.h"
 #include "engine/c_cust_engine.h"
+#include "host/error_trap.h"
 #include "host/host_error.h"
 #include "records/c_address.h"
 #include "records/c_customer.h"
@@ -207,27 +208,12 @@ void frmCustomerDetail::OnFormKeyPress(int& key_ascii) {
 }
 
 void frmCustomerDetail::Guard(const char* routine, const std::function<void()>& body) {
-  int32_t number = 0;
-  std::string description;
   try {
     body();
-    return;
-  } catch (const HostError& e) {
-    number = e.number;
-    description = e.description;
-  } catch (const VbError& e) {
-    number = e.Number();
-    description = e.Description();
-  } catch (const std::exception& e) {
-    number = kErrInvalidCall;
-    description = e.what();
-  }
-  try {
-    if (error_object_)
-      error_object_->Display(number, error_source_ + " " + routine, description, false, Variant(), Variant(),
-                             Variant(), nullptr, "");
   } catch (...) {
-    // A report that fails itself is dropped: the screen stays usable.
+    const host::TrappedError failure = host::CurrentFailure(kErrInvalidCall);
+    host::ReportQuietly(error_object_.get(), failure.number, error_source_ + " " + routine, failure.description,
+                        nullptr);
   }
 }
 

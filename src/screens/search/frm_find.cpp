@@ -4,6 +4,7 @@
 
 #include "core/version.h"
 #include "engine/c_cust_engine.h"
+#include "host/error_trap.h"
 #include "host/host_error.h"
 #include "records/c_customer.h"
 
@@ -232,27 +233,12 @@ void frmFind::SetSelectMode(bool select_mode, const std::string& group_id) {
 }
 
 void frmFind::Guard(const char* routine, const std::function<void()>& body) {
-  int32_t number = 0;
-  std::string description;
   try {
     body();
-    return;
-  } catch (const HostError& e) {
-    number = e.number;
-    description = e.description;
-  } catch (const VbError& e) {
-    number = e.Number();
-    description = e.Description();
-  } catch (const std::exception& e) {
-    number = kErrInvalidCall;
-    description = e.what();
-  }
-  try {
-    if (error_object_)
-      error_object_->Display(number, SourcePrefix("frmFind") + " " + routine, description, false, Variant(), Variant(),
-                             Variant(), search_command_, "");
   } catch (...) {
-    // A report that fails itself is dropped: the screen stays usable.
+    const host::TrappedError failure = host::CurrentFailure(kErrInvalidCall);
+    host::ReportQuietly(error_object_.get(), failure.number, SourcePrefix("frmFind") + " " + routine,
+                        failure.description, search_command_);
   }
 }
 
