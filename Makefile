@@ -25,8 +25,8 @@ build: configure
 test: build
 	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 
-demo: build
-	@test -x $(BUILD)/kivcust || { echo "kivcust is not built yet"; exit 1; }
+demo: configure
+	@cmake --build $(BUILD) --target kivcust -j $(JOBS)
 	@$(BUILD)/kivcust repl
 
 # BENCH_ARGS passes options to run_bench (--rebuild, --repetitions N, --min-time S,
