@@ -1,6 +1,7 @@
 // The customer's photograph: the chunked copies between a long column and a disk file, storing
 // a picture file as the current photo, and reading it back through a scratch file.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -46,7 +47,9 @@ class CustomerPhoto : public ::testing::Test {
  protected:
   void SetUp() override {
     if (const char* old = std::getenv("TMPDIR")) old_tmpdir_ = old;
-    dir_ = fs::temp_directory_path() / ("kiv_photo_" + std::to_string(reinterpret_cast<uintptr_t>(this)));
+    // The process id keeps test programs run side by side apart (addresses repeat across them).
+    dir_ = fs::temp_directory_path() /
+           ("kiv_photo_" + std::to_string(getpid()) + "_" + std::to_string(reinterpret_cast<uintptr_t>(this)));
     fs::create_directories(dir_ / "tmp");
     setenv("TMPDIR", (dir_ / "tmp").c_str(), 1);
     customer_.SetCustomerNo(4711);
