@@ -96,14 +96,7 @@ bool CAddress::OpenAddress(const std::shared_ptr<host::DBConnection>& oDB, int32
       command->GetParameters()["@address_no"].SetValue(Variant(address_id_));
       host::ScopedRecordset rs = host::OpenProcedure(*oDB, command);
       if (rs && rs->IsOpen() && !rs->Eof()) {
-        address_line1_ = TextColumn(*rs, "Address_1");
-        address_line2_ = TextColumn(*rs, "Address_2");
-        city_ = TextColumn(*rs, "City");
-        state_ = TextColumn(*rs, "State");
-        zip_ = TextColumn(*rs, "Zip");
-        country_id_ = TextColumn(*rs, "Country_ID");
-        address_type_ = TextColumn(*rs, "address_type");
-        name_ = TextColumn(*rs, "Name");
+        ReadPlace(*rs);
         phone_ = TextColumn(*rs, "Phone");
         fax_ = TextColumn(*rs, "Fax");
         result = true;
@@ -115,6 +108,17 @@ bool CAddress::OpenAddress(const std::shared_ptr<host::DBConnection>& oDB, int32
   data_read_ = true;
   data_changed_ = false;
   return result;
+}
+
+void CAddress::ReadPlace(host::Recordset& rs) {
+  address_line1_ = TextColumn(rs, "Address_1");
+  address_line2_ = TextColumn(rs, "Address_2");
+  city_ = TextColumn(rs, "City");
+  state_ = TextColumn(rs, "State");
+  zip_ = TextColumn(rs, "Zip");
+  country_id_ = TextColumn(rs, "Country_ID");
+  address_type_ = TextColumn(rs, "address_type");
+  name_ = TextColumn(rs, "Name");
 }
 
 bool CAddress::Update(const std::shared_ptr<host::DBConnection>& oDB,
@@ -231,14 +235,7 @@ bool CAddress::CopyFromAddressID(const std::shared_ptr<host::DBConnection>& oDB,
       host::ScopedRecordset rs =
           host::OpenQuery(*oDB, "SELECT * FROM kiv_address WHERE address_no = " + std::to_string(lFromAddressID));
       if (!rs.Eof()) {
-        address_line1_ = TextColumn(*rs, "Address_1");
-        address_line2_ = TextColumn(*rs, "Address_2");
-        city_ = TextColumn(*rs, "City");
-        state_ = TextColumn(*rs, "State");
-        zip_ = TextColumn(*rs, "Zip");
-        country_id_ = TextColumn(*rs, "Country_ID");
-        address_type_ = TextColumn(*rs, "address_type");
-        name_ = TextColumn(*rs, "Name");
+        ReadPlace(*rs);
         result = true;
       }
     } catch (const std::exception&) {

@@ -87,6 +87,8 @@ class CAddress {
  private:
   void SetText(std::string& field, const std::string& value);
   void ClearTexts();
+  //! Takes the place columns (lines, city, state, zip, country, type, name) of the current row.
+  void ReadPlace(host::Recordset& rs);
 
   int32_t address_id_ = 0;
   int32_t customer_no_ = 0;

@@ -65,14 +65,14 @@ void ScriptedParameter::SetValue(const Variant& value) {
 void ScriptedParameters::Refresh() {
   ++owner_.refreshes_;
   bool found = false;
-  std::vector<ParamSpec> specs;
-  if (owner_.refresher_) specs = owner_.refresher_(owner_.text_, found);
-  Reset(specs, found);
+  std::vector<ParamSpec> declared;
+  if (owner_.refresher_) declared = owner_.refresher_(owner_.text_, found);
+  Reset(declared, found);
 }
 
-void ScriptedParameters::Reset(const std::vector<ParamSpec>& specs, bool scripted) {
+void ScriptedParameters::Reset(const std::vector<ParamSpec>& declared, bool scripted) {
   list_.clear();
-  for (const auto& spec : specs) list_.push_back(std::make_unique<ScriptedParameter>(owner_, spec));
+  for (const auto& spec : declared) list_.push_back(std::make_unique<ScriptedParameter>(owner_, spec));
   scripted_ = scripted;
 }
 

@@ -74,7 +74,7 @@ class ScriptedParameters : public host::Parameters {
   host::Parameter* Find(const std::string& name) override;
 
   //! Replaces the list (what Refresh does with the server's answer).
-  void Reset(const std::vector<ParamSpec>& specs, bool scripted);
+  void Reset(const std::vector<ParamSpec>& declared, bool scripted);
   //! Finds or creates a parameter by name without recording anything (outputs at execution).
   ScriptedParameter& Ensure(const std::string& name, int32_t direction);
   bool Scripted() const { return scripted_; }

@@ -129,7 +129,7 @@ void frmFind::AddLabels() {
       {fraClub, "lblClubFirstName", "First:"},
       {fraClub, "lblMemberId", "MemberId:"},
   };
-  for (const LabelSpec& spec : labels) AddIn<ui::Label>(spec.container, spec.name, spec.caption);
+  for (const LabelSpec& label : labels) AddIn<ui::Label>(label.container, label.name, label.caption);
 }
 
 void frmFind::WireEvents() {
