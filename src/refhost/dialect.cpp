@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cctype>
+#include <charconv>
 
 #include "core/text.h"
 
@@ -81,7 +82,111 @@ bool MayNeedRewrite(std::string_view s) {
   return false;
 }
 
+// A byte of a name or of a number: letters (UTF-8 ones included), digits, "_" and "$".
+bool IsNameByte(char c) {
+  const auto u = static_cast<unsigned char>(c);
+  return std::isalnum(u) || c == '_' || c == '$' || u >= 0x80;
+}
+
+// True when the text copied so far ends with a comparison or assignment operator, blanks and
+// one sign allowed after it: what follows is a value, never a position or a count.
+bool EndsWithComparison(const std::string& out) {
+  size_t i = out.size();
+  auto skip_blanks = [&] {
+    while (i > 0 && std::isspace(static_cast<unsigned char>(out[i - 1]))) --i;
+  };
+  skip_blanks();
+  if (i > 0 && (out[i - 1] == '-' || out[i - 1] == '+')) {
+    --i;
+    skip_blanks();
+  }
+  return i > 0 && (out[i - 1] == '=' || out[i - 1] == '<' || out[i - 1] == '>');
+}
+
 }  // namespace
+
+ParameterizedSql ParameterizeLiterals(std::string sql) {
+  ParameterizedSql result;
+  if (sql.find_first_of("0123456789") == std::string::npos) {
+    result.text = std::move(sql);
+    return result;
+  }
+  const std::string_view s = sql;
+  std::string out;
+  out.reserve(s.size());
+  // The parenthesis depths of the SELECTs whose result columns are being read: a number there
+  // is part of the column's name.
+  std::vector<int> result_lists;
+  int depth = 0;
+  size_t i = 0;
+  while (i < s.size()) {
+    const char c = s[i];
+    if (c == '\'' || c == '"' || c == '`') {
+      i = CopyQuoted(s, i, c, out);
+      continue;
+    }
+    if (c == '[') {
+      i = CopyQuoted(s, i, ']', out);
+      continue;
+    }
+    if (c == '-' && i + 1 < s.size() && s[i + 1] == '-') {
+      size_t end = s.find('\n', i);
+      if (end == std::string_view::npos) end = s.size();
+      out.append(s.substr(i, end - i));
+      i = end;
+      continue;
+    }
+    if (c == '/' && i + 1 < s.size() && s[i + 1] == '*') {
+      size_t end = s.find("*/", i + 2);
+      end = end == std::string_view::npos ? s.size() : end + 2;
+      out.append(s.substr(i, end - i));
+      i = end;
+      continue;
+    }
+    if (c == '?' || c == ':' || c == '@' || c == '$') {
+      // The text numbers parameters of its own; ours would shift them.
+      result.values.clear();
+      result.text = std::move(sql);
+      return result;
+    }
+    if (c == '(' || c == ')') {
+      depth += c == '(' ? 1 : -1;
+      while (!result_lists.empty() && result_lists.back() > depth) result_lists.pop_back();
+      out.push_back(c);
+      ++i;
+      continue;
+    }
+    if (!IsNameByte(c)) {
+      out.push_back(c);
+      ++i;
+      continue;
+    }
+    size_t end = i;
+    while (end < s.size() && IsNameByte(s[end])) ++end;
+    const std::string_view token = s.substr(i, end - i);
+    if (!std::isdigit(static_cast<unsigned char>(c))) {
+      if (EqualsNoCase(token, "SELECT")) result_lists.push_back(depth);
+      if (EqualsNoCase(token, "FROM") && !result_lists.empty() && result_lists.back() == depth)
+        result_lists.pop_back();
+      out.append(token);
+      i = end;
+      continue;
+    }
+    // A number: only digits, not the whole part of a decimal, and within 64 bits.
+    int64_t value = 0;
+    const auto [stop, ec] = std::from_chars(token.data(), token.data() + token.size(), value);
+    const bool plain = ec == std::errc() && stop == token.data() + token.size() && (end == s.size() || s[end] != '.');
+    if (plain && result_lists.empty() && EndsWithComparison(out)) {
+      out.push_back('?');
+      result.values.push_back(value);
+    } else {
+      out.append(token);
+    }
+    i = end;
+  }
+  result.text = std::move(out);
+  return result;
+}
 
 std::string TranslateSql(std::string_view s) {
   if (!MayNeedRewrite(s)) return std::string(s);

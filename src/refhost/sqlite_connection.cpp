@@ -76,6 +76,11 @@ Variant ConvertParameter(const ProcedureParam& declared, const Variant& value) {
   return converted;
 }
 
+// The values of the literals the translation took out, as parameters 1, 2, ...
+void BindLiterals(sqlite3_stmt* stmt, const std::vector<int64_t>& values) {
+  for (size_t i = 0; i < values.size(); ++i) sqlite3_bind_int64(stmt, static_cast<int>(i + 1), values[i]);
+}
+
 }  // namespace
 
 SqliteConnection::SqliteConnection(std::shared_ptr<SqliteDatabase> db, std::string user_id, std::string password,
@@ -108,7 +113,10 @@ std::shared_ptr<host::Recordset> SqliteConnection::OpenRead(const char* operatio
                                                             ReadMode mode, bool& error) {
   TraceEvent event{operation, sql};
   try {
-    StatementLease lease = db_->Prepare(TranslateSql(sql));
+    // Texts that differ only in a number (a customer's address list) share one statement.
+    ParameterizedSql translated = ParameterizeLiterals(TranslateSql(sql));
+    StatementLease lease = db_->Prepare(translated.text);
+    BindLiterals(lease.get(), translated.values);
     if (!sqlite3_stmt_readonly(lease.get()) || sqlite3_column_count(lease.get()) == 0) {
       error = true;
       Fail(event, kErrDatabase, "A read-only recordset cannot run a statement that changes the database.", nullptr);
@@ -149,7 +157,9 @@ std::shared_ptr<host::Recordset> SqliteConnection::OpenUpdatableRecordset(const 
     std::string with_rowid = translated.substr(0, at + 6) + " rowid AS kiv__rowid," + translated.substr(at + 6);
     std::shared_ptr<host::Recordset> result;
     try {
-      StatementLease lease = db_->Prepare(with_rowid);
+      ParameterizedSql parameterized = ParameterizeLiterals(std::move(with_rowid));
+      StatementLease lease = db_->Prepare(parameterized.text);
+      BindLiterals(lease.get(), parameterized.values);
       const char* table = sqlite3_column_table_name(lease.get(), 0);
       bool one_table = table != nullptr && sqlite3_stmt_readonly(lease.get());
       for (int c = 1; one_table && c < sqlite3_column_count(lease.get()); ++c) {
@@ -184,7 +194,17 @@ void SqliteConnection::ExecuteSQL(const std::string& sql, bool& error, Variant& 
       Fail(event, kErrDatabase, "Only data statements (UPDATE, DELETE, INSERT) can be run here.", nullptr);
       return;
     }
-    int changed = db_->Execute(translated);
+    ParameterizedSql parameterized = ParameterizeLiterals(std::move(translated));
+    int changed = 0;
+    {
+      StatementLease lease = db_->Prepare(parameterized.text);
+      BindLiterals(lease.get(), parameterized.values);
+      int rc;
+      while ((rc = sqlite3_step(lease.get())) == SQLITE_ROW) {
+      }
+      if (rc != SQLITE_DONE) db_->Fail("Statement failed");
+      changed = sqlite3_changes(db_->Handle());
+    }
     extra = Variant(static_cast<int32_t>(changed));
     event.outputs.emplace_back("rows", extra);
     Emit(event);

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace kiv::refhost {
 namespace {
 
@@ -31,6 +33,39 @@ TEST(Dialect, RewritesServerWordsOutsideLiterals) {
        "UPDATE kiv_customer SET household_no = 5, household_primary = True WHERE customer_no = 5"},
   };
   for (const auto& c : cases) EXPECT_EQ(TranslateSql(c.in), c.out) << c.in;
+}
+
+TEST(Dialect, ComparedIntegersBecomeParametersAndNothingElseDoes) {
+  struct Case {
+    const char* in;
+    const char* out;
+    std::vector<int64_t> values;
+  };
+  const Case cases[] = {
+      {"SELECT * FROM kiv_customer_address WHERE customer_no = 123", "SELECT * FROM kiv_customer_address WHERE customer_no = ?",
+       {123}},
+      // Result columns (they name the column), positions, counts and digits inside names stay.
+      {"SELECT a, 5 AS five, x1 FROM kiv_table2 WHERE b <> -7 AND c>=0 AND d=+9223372036854775807 ORDER BY 1 LIMIT 25",
+       "SELECT a, 5 AS five, x1 FROM kiv_table2 WHERE b <> -? AND c>=? AND d=+? ORDER BY 1 LIMIT 25",
+       {7, 0, 9223372036854775807}},
+      {"SELECT (SELECT COUNT(*) FROM u WHERE u.k = 3) AS n FROM t WHERE t.k != 4 AND t.j IN (SELECT j FROM v WHERE w < 2)",
+       "SELECT (SELECT COUNT(*) FROM u WHERE u.k = 3) AS n FROM t WHERE t.k != ? AND t.j IN (SELECT j FROM v WHERE w < ?)",
+       {4, 2}},
+      {"UPDATE t SET a = 5 WHERE b = 6", "UPDATE t SET a = ? WHERE b = ?", {5, 6}},
+      // Decimals, hexadecimals, exponents and numbers beyond 64 bits keep their own meaning.
+      {"SELECT * FROM t WHERE a = 1.5 OR a = .5 OR a = 2. OR a = 0x10 OR a = 1e3 OR a = -9223372036854775808",
+       "SELECT * FROM t WHERE a = 1.5 OR a = .5 OR a = 2. OR a = 0x10 OR a = 1e3 OR a = -9223372036854775808", {}},
+      // Literals, quoted names and comments are copied; a colon inside quotes is no parameter.
+      {"SELECT * FROM t WHERE a = '5' AND \"b = 5\" = 1 AND c = '10:30' -- = 6\n/* = 7 */",
+       "SELECT * FROM t WHERE a = '5' AND \"b = 5\" = ? AND c = '10:30' -- = 6\n/* = 7 */", {1}},
+      // A text with parameters of its own keeps its numbers.
+      {"SELECT * FROM t WHERE a = ? AND b = 5", "SELECT * FROM t WHERE a = ? AND b = 5", {}},
+  };
+  for (const auto& c : cases) {
+    ParameterizedSql result = ParameterizeLiterals(c.in);
+    EXPECT_EQ(result.text, c.out) << c.in;
+    EXPECT_EQ(result.values, c.values) << c.in;
+  }
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "refhost/sqlite_connection.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include "temp_database.h"
 
@@ -257,6 +258,42 @@ TEST_F(SqliteConnectionTest, TraceShowsTheComponentsTextAndParametersInOrder) {
   host_->SetTrace(nullptr);
   Query("SELECT 1");
   EXPECT_EQ(events.size(), 3u);
+}
+
+TEST_F(SqliteConnectionTest, TextsDifferingOnlyInANumberShareOneStatement) {
+  auto statements = [&] {
+    int n = 0;
+    for (sqlite3_stmt* s = sqlite3_next_stmt(db_->Handle(), nullptr); s != nullptr; s = sqlite3_next_stmt(db_->Handle(), s))
+      ++n;
+    return n;
+  };
+  std::vector<TraceEvent> events;
+  host_->SetTrace([&](const TraceEvent& e) { events.push_back(e); });
+  auto rs = Query("SELECT last_name FROM kiv_customer WHERE customer_no = 1");
+  ASSERT_NE(rs, nullptr);
+  EXPECT_EQ(rs->FieldByName("last_name").Value().ToString(), "O'BRIEN");
+  const int prepared = statements();
+  rs = Query("SELECT last_name FROM kiv_customer WHERE customer_no = 2");
+  ASSERT_NE(rs, nullptr);
+  EXPECT_EQ(rs->FieldByName("last_name").Value().ToString(), "SMITH");
+  EXPECT_EQ(rs->FieldByName("last_name").Type(), host::adVarChar);
+  EXPECT_EQ(statements(), prepared) << "the second text reuses the first one's statement";
+  ASSERT_EQ(events.size(), 2u);
+  EXPECT_EQ(events[1].text, "SELECT last_name FROM kiv_customer WHERE customer_no = 2");
+  host_->SetTrace(nullptr);
+
+  // A number compared with a text column still compares as text; a written negative keeps its sign.
+  db_->Execute("INSERT INTO kiv_zip_code (zip, City, State) VALUES ('12345', 'ALBANY', 'NY')");
+  rs = Query("SELECT City FROM kiv_zip_code WHERE zip = 12345");
+  ASSERT_NE(rs, nullptr);
+  ASSERT_FALSE(rs->Eof());
+  EXPECT_EQ(rs->FieldByName("City").Value().ToString(), "ALBANY");
+  bool error = false;
+  Variant changed;
+  conn_->ExecuteSQL("UPDATE kiv_customer SET household_no = -7 WHERE customer_no = 2", error, changed);
+  EXPECT_FALSE(error);
+  EXPECT_EQ(changed.ToLong(), 1);
+  EXPECT_EQ(NzLong(Scalar("SELECT household_no FROM kiv_customer WHERE customer_no = 2")), -7);
 }
 
 }  // namespace
