@@ -86,6 +86,7 @@ frmCustomerDetail::frmCustomerDetail()
       mnuReportRentalContract(AddIn<ui::MenuItem>(mnuReports, "mnuReportRentalContract", "Reprint Rental Contract...")) {
   SetCaption(kDesignCaption);
   AddCustomerTabs();
+  AddFieldLabels();
   txtCommentNote.SetMultiLine(true);
   cmdCancel.SetCancel(true);
   imgAlert.SetVisible(false);
@@ -108,6 +109,44 @@ frmCustomerDetail::frmCustomerDetail()
 }
 
 frmCustomerDetail::~frmCustomerDetail() = default;
+
+void frmCustomerDetail::AddFieldLabels() {
+  struct FieldLabel {
+    ui::Control& container;
+    const char* name;
+    const char* caption;
+  };
+  const FieldLabel labels[] = {
+      {picTypePerson, "lblLastName", "&Last Name:"},
+      {picTypePerson, "lblFirstName", "&First Name:"},
+      {picTypePerson, "lblFullName", "Full &Name:"},
+      {picTypePerson, "lblDOB", "DOB:"},
+      {picTypePerson, "lblWeddAniv", "Wedd Anniv:"},
+      {picTypeCompany, "lblCompanyName", "Company:"},
+      {picGeneral, "lblStreet1", "Street 1:"},
+      {picGeneral, "lblStreet2", "Street 2:"},
+      {picGeneral, "lblCity", "City:"},
+      {picGeneral, "lblState", "State/Province:"},
+      {picGeneral, "lblZip", "Postal Code:"},
+      {picGeneral, "lblCountry", "Country/Region:"},
+      {picGeneral, "lblPhone", "Phone:"},
+      {picGeneral, "lblFax", "Fax:"},
+      {picGeneral, "lblEMail", "EMail:"},
+      {picGeneral, "lblWorkPhone", "Work:"},
+      {picGeneral, "lblCellPhone", "Cell:"},
+      {picGeneral, "lblOccupation", "Occupation:"},
+      {picGeneral, "lblDefaultDiscount", "Disc %:"},
+      {picGeneral, "lblDefaultCommission", "Comm %:"},
+      {picGeneral, "lblDateOfRelease", "Release signed:"},
+      {picGeneral, "lblCustomerLevel", "Customer Level:"},
+      {picGeneral, "lblCustomerKind", "Customer Kind:"},
+      {fraRental, "lblShoeSize", "Shoe Size:"},
+      {fraRental, "lblHeight", "Height:"},
+      {fraRental, "lblWeight", "Weight:"},
+      {fraRental, "lblGuestAbility", "Ability:"},
+  };
+  for (const FieldLabel& label : labels) AddIn<ui::Label>(label.container, label.name, label.caption);
+}
 
 void frmCustomerDetail::AddCustomerTabs() {
   // The indices are fixed: Refresh and the pages address their tab by number.

@@ -226,6 +226,8 @@ class frmCustomerDetail : public ui::Form {
 
   // frm_customer_detail.cpp: construction, lifecycle, command wiring
   void AddCustomerTabs();
+  //! The captions beside the general page's fields.
+  void AddFieldLabels();
   void WireCommands();
   void OnLoad();
   void OnQueryUnload(int& cancel, int unload_mode);
