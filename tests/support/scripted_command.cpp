@@ -72,7 +72,7 @@ void ScriptedParameters::Refresh() {
 
 void ScriptedParameters::Reset(const std::vector<ParamSpec>& declared, bool scripted) {
   list_.clear();
-  for (const auto& spec : declared) list_.push_back(std::make_unique<ScriptedParameter>(owner_, spec));
+  for (const auto& param : declared) list_.push_back(std::make_unique<ScriptedParameter>(owner_, param));
   scripted_ = scripted;
 }
 
@@ -98,9 +98,9 @@ host::Parameter* ScriptedParameters::Find(const std::string& name) { return Look
 
 ScriptedParameter& ScriptedParameters::Ensure(const std::string& name, int32_t direction) {
   if (ScriptedParameter* p = Lookup(name)) return *p;
-  ParamSpec spec(name);
-  if (spec.direction != host::adParamReturnValue) spec.direction = direction;
-  list_.push_back(std::make_unique<ScriptedParameter>(owner_, spec));
+  ParamSpec param(name);
+  if (param.direction != host::adParamReturnValue) param.direction = direction;
+  list_.push_back(std::make_unique<ScriptedParameter>(owner_, param));
   return *list_.back();
 }
 

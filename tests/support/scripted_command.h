@@ -44,7 +44,7 @@ class ScriptedCommand;
 
 class ScriptedParameter : public host::Parameter {
  public:
-  ScriptedParameter(ScriptedCommand& owner, ParamSpec spec) : owner_(owner), spec_(std::move(spec)) {}
+  ScriptedParameter(ScriptedCommand& owner, ParamSpec param) : owner_(owner), spec_(std::move(param)) {}
   std::string Name() const override { return spec_.name; }
   Variant Value() const override { return value_; }
   //! Records the assignment on the command, then keeps the value.
