@@ -50,6 +50,24 @@ size_t MatchHintList(std::string_view s, size_t i) {
   }
 }
 
+//! Copies a "--" or "/* */" comment starting at `i` unchanged and returns the index after it;
+//! returns `i` itself when no comment starts there.
+size_t CopyComment(std::string_view s, size_t i, std::string& out) {
+  if (i + 1 >= s.size()) return i;
+  size_t end = i;
+  if (s[i] == '-' && s[i + 1] == '-') {
+    end = s.find('\n', i);
+    if (end == std::string_view::npos) end = s.size();
+  } else if (s[i] == '/' && s[i + 1] == '*') {
+    end = s.find("*/", i + 2);
+    end = end == std::string_view::npos ? s.size() : end + 2;
+  } else {
+    return i;
+  }
+  out.append(s.substr(i, end - i));
+  return end;
+}
+
 // Copies a quoted run starting at `i` (quote char `open`, closing `close`), a doubled
 // closing char standing for itself; returns the index after it.
 size_t CopyQuoted(std::string_view s, size_t i, char close, std::string& out) {
@@ -129,17 +147,7 @@ ParameterizedSql ParameterizeLiterals(std::string sql) {
       i = CopyQuoted(s, i, ']', out);
       continue;
     }
-    if (c == '-' && i + 1 < s.size() && s[i + 1] == '-') {
-      size_t end = s.find('\n', i);
-      if (end == std::string_view::npos) end = s.size();
-      out.append(s.substr(i, end - i));
-      i = end;
-      continue;
-    }
-    if (c == '/' && i + 1 < s.size() && s[i + 1] == '*') {
-      size_t end = s.find("*/", i + 2);
-      end = end == std::string_view::npos ? s.size() : end + 2;
-      out.append(s.substr(i, end - i));
+    if (size_t end = CopyComment(s, i, out); end != i) {
       i = end;
       continue;
     }
@@ -218,17 +226,7 @@ std::string TranslateSql(std::string_view s) {
       last_word.clear();
       continue;
     }
-    if (c == '-' && i + 1 < s.size() && s[i + 1] == '-') {
-      size_t end = s.find('\n', i);
-      if (end == std::string_view::npos) end = s.size();
-      out.append(s.substr(i, end - i));
-      i = end;
-      continue;
-    }
-    if (c == '/' && i + 1 < s.size() && s[i + 1] == '*') {
-      size_t end = s.find("*/", i + 2);
-      end = end == std::string_view::npos ? s.size() : end + 2;
-      out.append(s.substr(i, end - i));
+    if (size_t end = CopyComment(s, i, out); end != i) {
       i = end;
       continue;
     }
