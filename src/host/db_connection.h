@@ -27,6 +27,14 @@ class DBConnection {
   virtual void ExecuteCommand(const std::shared_ptr<Command>& command, bool& error) = 0;
   virtual std::shared_ptr<Recordset> cmdOpenForwardReadOnlyRecordset(const std::shared_ptr<Command>& command,
                                                                      bool& error, Variant& extra) = 0;
+
+  //! Optional: the calls from here to the matching EndUnitOfWork are one unit of work that
+  //! a power cut or a crash leaves whole or not at all. Units nest; only the outermost one
+  //! counts. A host without transactions leaves both empty.
+  virtual void BeginUnitOfWork() {}
+  //! Closes the unit opened last: `commit` keeps what it wrote (including what a refusing
+  //! procedure left as it was), false discards all of it.
+  virtual void EndUnitOfWork(bool commit) { (void)commit; }
 };
 
 }  // namespace kiv::host
