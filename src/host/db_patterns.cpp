@@ -3,6 +3,8 @@
 // out here is closed when its owner goes out of scope, whichever way it leaves.
 #include "host/db_patterns.h"
 
+#include <exception>
+
 namespace kiv::host {
 
 ScopedRecordset& ScopedRecordset::operator=(ScopedRecordset&& other) noexcept {
@@ -80,6 +82,58 @@ std::string OutputText(Command& command, const std::string& name) {
   Parameter* p = command.GetParameters().Find(name);
   if (p == nullptr) return std::string();
   return NzString(p->Value());
+}
+
+ProcedureCall::ProcedureCall(DBConnection& db, const std::string& procedure_name)
+    : db_(db), command_(PrepareProcedure(db, procedure_name)) {}
+
+ProcedureCall& ProcedureCall::In(const std::string& name, const Variant& value) {
+  if (command_ != nullptr) command_->GetParameters().Item(name).SetValue(value);
+  return *this;
+}
+
+void ProcedureCall::ClearInputs() {
+  if (command_ == nullptr) return;
+  Parameters& params = command_->GetParameters();
+  for (int32_t i = 0; i < params.Count(); ++i) params.Item(i).SetValue(Variant::Null());
+}
+
+bool ProcedureCall::Execute() { return command_ != nullptr && ExecuteProcedure(db_, command_); }
+
+ScopedRecordset ProcedureCall::Open() {
+  if (command_ == nullptr) return ScopedRecordset();
+  return OpenProcedure(db_, command_);
+}
+
+Variant ProcedureCall::Output(const std::string& name) const {
+  if (command_ == nullptr) return Variant();
+  Parameter* p = command_->GetParameters().Find(name);
+  return p == nullptr ? Variant() : p->Value();
+}
+
+int32_t ProcedureCall::OutputLong(const std::string& name, int32_t if_null) const {
+  if (command_ == nullptr) return if_null;
+  return host::OutputLong(*command_, name, if_null);
+}
+
+std::string ProcedureCall::OutputText(const std::string& name) const {
+  if (command_ == nullptr) return std::string();
+  return host::OutputText(*command_, name);
+}
+
+UnitOfWork::UnitOfWork(DBConnection* db) : db_(db), uncaught_(std::uncaught_exceptions()) {
+  if (db_ != nullptr) db_->BeginUnitOfWork();
+}
+
+UnitOfWork::~UnitOfWork() {
+  if (db_ == nullptr) return;
+  const bool unwinding = std::uncaught_exceptions() > uncaught_;
+  // Ending runs in a destructor: a host that fails to end the unit must not replace the
+  // failure being unwound, and has reported its own failure already.
+  try {
+    db_->EndUnitOfWork(commit_ && !unwinding);
+  } catch (...) {
+  }
 }
 
 }  // namespace kiv::host

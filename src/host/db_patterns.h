@@ -61,4 +61,58 @@ int32_t OutputLong(Command& command, const std::string& name, int32_t if_null);
 //! An output parameter read as text, Null as empty text.
 std::string OutputText(Command& command, const std::string& name);
 
+//! One stored-procedure call through patterns 3 and 4: prepared by name, inputs assigned by
+//! name in the caller's order, run with or without rows, outputs read afterwards. What the
+//! return value means stays the caller's rule (some callers refuse anything but 0, some only
+//! a value below 0, some read a Null as -1): ReturnValue only reads it.
+class ProcedureCall {
+ public:
+  //! Prepares the command; nothing runs when no command came back (see `Prepared`).
+  ProcedureCall(DBConnection& db, const std::string& procedure_name);
+
+  //! False when no command came back: every run then fails without calling the host.
+  bool Prepared() const { return command_ != nullptr; }
+  //! Assigns an input by name (HostError 3265 from the host when the procedure has none such).
+  ProcedureCall& In(const std::string& name, const Variant& value);
+  //! Sets every parameter to Null, so a command kept for the next call carries nothing over.
+  void ClearInputs();
+  //! Runs without rows; false when the error flag came back set or nothing was prepared.
+  bool Execute();
+  //! Runs and returns the rows; empty when the error flag came back set or nothing was
+  //! prepared. Outputs are read after the rows.
+  ScopedRecordset Open();
+
+  //! An output as the host left it; Empty when the procedure has no such parameter.
+  Variant Output(const std::string& name) const;
+  int32_t OutputLong(const std::string& name, int32_t if_null) const;
+  std::string OutputText(const std::string& name) const;
+  //! "@RETURN_VALUE" as a number, Null (or no return value at all) read as `if_null`.
+  int32_t ReturnValue(int32_t if_null) const { return OutputLong("@RETURN_VALUE", if_null); }
+
+  const std::shared_ptr<Command>& GetCommand() const { return command_; }
+
+ private:
+  DBConnection& db_;
+  std::shared_ptr<Command> command_;
+};
+
+//! Several calls that make one save, kept whole by the host: begun on construction, ended
+//! on destruction — kept on a normal way out (a procedure that refused has left its own
+//! rows as they were), discarded when an exception is unwinding or Discard was called.
+//! A null connection makes it do nothing.
+class UnitOfWork {
+ public:
+  explicit UnitOfWork(DBConnection* db);
+  ~UnitOfWork();
+  UnitOfWork(const UnitOfWork&) = delete;
+  UnitOfWork& operator=(const UnitOfWork&) = delete;
+  //! The unit ends without keeping anything it wrote.
+  void Discard() { commit_ = false; }
+
+ private:
+  DBConnection* db_;
+  int uncaught_ = 0;
+  bool commit_ = true;
+};
+
 }  // namespace kiv::host
