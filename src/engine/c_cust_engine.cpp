@@ -27,7 +27,16 @@ CCustEngine::CCustEngine()
       ui_(std::make_shared<ui::SilentUi>()),
       clock_(std::make_shared<SystemClock>()) {}
 
-CCustEngine::~CCustEngine() { EmptyCache(); }
+CCustEngine::~CCustEngine() {
+  // The screens point back at the engine: they close while it is still whole.
+  if (launcher_) {
+    try {
+      launcher_->CloseScreens();
+    } catch (...) {
+    }
+  }
+  EmptyCache();
+}
 
 int32_t CCustEngine::FiscalYear() {
   if (fiscal_year_ != 0) return fiscal_year_;

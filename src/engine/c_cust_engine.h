@@ -10,13 +10,13 @@
 #include "core/keyed_collection.h"
 #include "host/app_server.h"
 #include "host/db_connection.h"
+#include "engine/screen_launcher.h"
 #include "host/error_object.h"
 #include "ui/ui.h"
 
 namespace kiv {
 
 class CCustomer;
-class frmFind;
 
 //! The optional by-reference arguments of OpenCustomer. A connection or error object given
 //! here becomes the engine's own; one left out receives the engine's.
@@ -98,8 +98,8 @@ class CCustEngine {
   //! Always null, whatever the clerk chose.
   std::shared_ptr<CCustomer> ShowSearchCustomer(ShowSearchCustomerArgs& args);
   std::shared_ptr<CCustomer> ShowSearchCustomer();
-  //! The shared search screen; null until the first search created it.
-  std::shared_ptr<frmFind> SearchScreen() const { return search_screen_; }
+  //! The shared search screen; null until the first search created it (or without screens).
+  ui::Form* SearchScreen() const { return launcher_ ? launcher_->SharedSearchScreen() : nullptr; }
   // ==== end of customer search ====
 
   // ==== Customer detail: the detail editor's entry (c_cust_engine_detail.cpp) ====
@@ -166,6 +166,10 @@ class CCustEngine {
   //! "KIVCustomer.CCustEngine (1.0.0)": the prefix of the engine's error sources.
   const std::string& SourceName() const { return source_name_; }
 
+  //! The screens the engine shows; without them every screen entry returns as cancelled.
+  void SetScreenLauncher(std::shared_ptr<ScreenLauncher> value) { launcher_ = std::move(value); }
+  std::shared_ptr<ScreenLauncher> GetScreenLauncher() const { return launcher_; }
+
   //! Where message boxes and modal screens go; handed to every customer the engine creates.
   //! A silent Ui until one is set; null restores it.
   void SetUi(std::shared_ptr<ui::Ui> value);
@@ -193,8 +197,8 @@ class CCustEngine {
   std::shared_ptr<host::AppServer> app_server_;
   std::shared_ptr<host::ErrorObject> error_object_;
   std::shared_ptr<host::DBConnection> db_connection_;
-  //! The search screen, created on first use and kept loaded between searches.
-  std::shared_ptr<frmFind> search_screen_;
+  //! The screens, which keep the search screen loaded between searches.
+  std::shared_ptr<ScreenLauncher> launcher_;
   std::unique_ptr<CustomerCache> customer_cache_;
   int16_t cache_limit_ = 0;
   bool allow_cust_add_ = false;

@@ -3,7 +3,6 @@
 // same addresses once the clerk has saved.
 #include "engine/c_cust_engine.h"
 #include "records/c_customer.h"
-#include "screens/detail/frm_customer_detail.h"
 
 namespace kiv {
 
@@ -22,30 +21,14 @@ std::shared_ptr<CCustomer> CCustEngine::ShowCustomer(ShowCustomerArgs& args) {
 
 bool CCustEngine::ShowDetailScreen(const std::shared_ptr<CCustomer>& customer, ui::Form* owner,
                                    bool bDisableWillcall) {
+  if (!launcher_ || !customer) return true;
   bool cancelled = true;
-  auto screen = std::make_shared<frmCustomerDetail>();
   try {
-    screen->SetUi(ui_);
-    screen->Load();
-    screen->SetHideForecasts(!allow_cust_show_forecast_);
-    screen->SetAppServer(app_server_);
-    screen->SetErrorObject(error_object_);
-    screen->SetDBConnection(db_connection_);
-    screen->SetCustomerEngine(this);
     // A record the host built itself has no connection yet; it saves through the screen's.
     if (!customer->DB()) customer->SetDB(db_connection_);
     if (!customer->ErrorObject()) customer->SetErrorObject(error_object_);
-    screen->SetCustomer(customer);
-    screen->SetDisableWillcall(bDisableWillcall);
-    screen->FillScreen(customer->CustomerNo());
-    screen->Show(ui::vbModal, owner);
-    cancelled = screen->Cancelled();
+    cancelled = launcher_->ShowDetail(*this, customer, owner, bDisableWillcall);
     if (!cancelled) UpdateAddressThroughCollection(customer);
-  } catch (...) {
-  }
-  try {
-    screen->SetCustomer(nullptr);
-    screen->Unload();
   } catch (...) {
   }
   return cancelled;

@@ -4,6 +4,7 @@
 
 #include "engine/c_cust_engine.h"
 #include "records/c_customer.h"
+#include "screens/component_screens.h"
 #include "screens/detail/frm_customer_detail.h"
 #include "support/scripted_host.h"
 #include "support/scripted_ui.h"
@@ -35,6 +36,7 @@ struct ShowCustomerTest : ::testing::Test {
     host.app->GrantAll();
     host.OnProcedure("KiV_SP_CUSTOMER_UpdateCustomer").Outputs({{"@customer_no", 5}});
     engine.SetUi(ui);
+    InstallComponentScreens(engine);
     ui->OnModal([this](ui::Form& form) {
       forecasts_hidden.push_back(dynamic_cast<frmCustomerDetail&>(form).HideForecasts());
       if (!save) {

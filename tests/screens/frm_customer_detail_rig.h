@@ -10,6 +10,7 @@
 
 #include "core/clock.h"
 #include "engine/c_cust_engine.h"
+#include "screens/component_screens.h"
 #include "records/c_address.h"
 #include "records/c_customer.h"
 #include "screens/detail/frm_customer_detail.h"
@@ -73,6 +74,7 @@ struct DetailRig {
         .Row({{"City", "BURLINGTON"}, {"State", "VT"}, {"county", "CHITTENDEN"}, {"Country_ID", "USA"},
               {"area_code", "802"}});
     engine.SetUi(ui);
+    InstallComponentScreens(engine);
     engine.SetClock(std::make_shared<FixedClock>(Today()));
     engine.SetAppServer(host.app);
     customer->SetDB(host.db);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "engine/c_cust_engine.h"
+#include "screens/component_screens.h"
 #include "records/c_customer.h"
 #include "screens/search/frm_find.h"
 #include "support/scripted_host.h"
@@ -54,6 +55,7 @@ struct FindRig {
         .Row({{"customer_group_id", "SKI"}, {"Description", "Ski Club"}});
     host.OnQuery("SELECT * FROM kiv_club").Row({{"club_id", "C1"}, {"Description", "Summit Club"}});
     engine.SetUi(ui);
+    InstallComponentScreens(engine);
     engine.SetAppServer(host.app);
     screen->SetUi(ui);
     screen->SetDBConnection(host.db);

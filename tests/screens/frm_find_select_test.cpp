@@ -79,7 +79,7 @@ TEST(SelectCustomer, AChosenCustomerIsReturnedCachedAndTheSharedScreenKeepsItsCr
   rig.engine.SelectCustomer(spawned);
   EXPECT_EQ(kept, "");
   EXPECT_EQ(spawned_tab, "Company");
-  EXPECT_EQ(rig.engine.SearchScreen()->txtLastName.Text(), "S");
+  EXPECT_EQ(dynamic_cast<frmFind&>(*rig.engine.SearchScreen()).txtLastName.Text(), "S");
 }
 
 TEST(SelectCustomer, TheSharedScreenIsUnloadedWithTheEngine) {
@@ -88,6 +88,7 @@ TEST(SelectCustomer, TheSharedScreenIsUnloadedWithTheEngine) {
   {
     CCustEngine engine;
     engine.SetUi(rig.ui);
+    InstallComponentScreens(engine);
     engine.SetAppServer(rig.host.app);
     engine.SelectCustomer();
     EXPECT_FALSE(rig.host.settings->Stored("AppData", "Customer", "Top").has_value());

@@ -2,6 +2,8 @@
 // then the trace, then the user and the engine.
 #include "apps/kivcust/session.h"
 
+#include "screens/component_screens.h"
+
 namespace kiv::kivcust {
 
 Session::Session(const SessionOptions& options) {
@@ -28,6 +30,7 @@ void Session::SignIn(const std::string& user) {
   auto app_server = host_->SignIn(user);
   auto engine = std::make_shared<CCustEngine>();
   engine->SetUi(ui_);
+  InstallComponentScreens(*engine);
   engine->SetClock(clock_);
   engine->SetAppServer(app_server);
   app_server_ = std::move(app_server);

@@ -5,8 +5,6 @@
 #include "core/version.h"
 #include "core/vb_error.h"
 #include "engine/c_cust_engine.h"
-#include "host/error_trap.h"
-#include "host/host_error.h"
 #include "records/c_address.h"
 #include "records/c_customer.h"
 #include "ui/keys.h"
@@ -20,7 +18,7 @@ constexpr const char* kDesignCaption = "Customer Properties";
 }  // namespace
 
 frmCustomerDetail::frmCustomerDetail()
-    : ui::Form("frmCustomerDetail"),
+    : Screen("frmCustomerDetail"),
       tabCustomer(Add<ui::TabStrip>("tabCustomer")),
       picGeneral(Add<ui::Panel>("picGeneral")),
       cmdType(AddIn<ui::OptionGroup>(picGeneral, "cmdType", std::vector<std::string>{"Person Type", "Company Type"})),
@@ -158,67 +156,44 @@ void frmCustomerDetail::AddCustomerTabs() {
   for (const auto& tab : kTabs) tabCustomer.AddTab(tab[0], tab[1]);
 }
 
-Date frmCustomerDetail::Today() const {
-  if (clock_) return clock_->Today();
-  if (engine_ != nullptr && engine_->GetClock()) return engine_->GetClock()->Today();
-  return SystemClock().Today();
-}
-
 void frmCustomerDetail::WireCommands() {
-  cmdOk.on_click = [this] { Guard("cmdOk_Click", [this] { Ok(); }); };
-  cmdSave.on_click = [this] { Guard("cmdSave_Click", [this] { Save(); }); };
-  cmdCancel.on_click = [this] { Guard("cmdCancel_Click", [this] { Cancel(); }); };
-  cmdRefresh.on_click = [this] { Guard("cmdRefresh_Click", [this] { RefreshPage(); }); };
-  cmdType.on_click = [this] { Guard("cmdType_Click", [this] { SwitchType(cmdType.Value()); }); };
-  cmdClearAddress.on_click = [this] { Guard("cmdClearAddress_Click", [this] { ClearAddress(); }); };
-  tabAddressType.on_click = [this] {
-    Guard("tabAddressType_Click", [this] { ShowAddressType(tabAddressType.SelectedKey()); });
-  };
-  tabCustomer.on_click = [this] { Guard("tabCustomer_Click", [this] { OnCustomerTabClick(); }); };
-  cmdButton1.on_click = [this] { Guard("cmdButton1_Click", [this] { PageButtonClicked(1); }); };
-  cmdButton2.on_click = [this] { Guard("cmdButton2_Click", [this] { PageButtonClicked(2); }); };
-  cmdButton3.on_click = [this] { Guard("cmdButton3_Click", [this] { PageButtonClicked(3); }); };
-  cmdEmployeerLookup.on_click = [this] {
-    Guard("cmdEmployeerLookup_Click", [this] { PageButtonClicked(kEmployerLookupButton); });
-  };
-  cmdEmployerClear.on_click = [this] {
-    Guard("cmdEmployerClear_Click", [this] { PageButtonClicked(kEmployerClearButton); });
-  };
+  OnClick(cmdOk, [this] { Ok(); });
+  OnClick(cmdSave, [this] { Save(); });
+  OnClick(cmdCancel, [this] { Cancel(); });
+  OnClick(cmdRefresh, [this] { RefreshPage(); });
+  OnClick(cmdType, [this] { SwitchType(cmdType.Value()); });
+  OnClick(cmdClearAddress, [this] { ClearAddress(); });
+  OnClick(tabAddressType, [this] { ShowAddressType(tabAddressType.SelectedKey()); });
+  OnClick(tabCustomer, [this] { OnCustomerTabClick(); });
+  OnClick(cmdButton1, [this] { PageButtonClicked(1); });
+  OnClick(cmdButton2, [this] { PageButtonClicked(2); });
+  OnClick(cmdButton3, [this] { PageButtonClicked(3); });
+  OnClick(cmdEmployeerLookup, [this] { PageButtonClicked(kEmployerLookupButton); });
+  OnClick(cmdEmployerClear, [this] { PageButtonClicked(kEmployerClearButton); });
 
-  mnuAlerts.on_click = [this] {
-    Guard("mnuAlerts_Click", [this] {
-      if (customer_no_ == 0) {
-        ui().MsgBox("Please Save the Customer before entering the alerts.", ui::vbOKOnly, "Update Customer");
-        return;
-      }
-      if (open_alerts) open_alerts(*this);
-    });
+  OnClick(mnuAlerts, [this] {
+    if (customer_no_ == 0) {
+      ui().MsgBox("Please Save the Customer before entering the alerts.", ui::vbOKOnly, "Update Customer");
+      return;
+    }
+    if (open_alerts) open_alerts(*this);
+  });
+  // The menu commands that other parts of the component fill in.
+  const std::pair<ui::MenuItem*, std::function<void(frmCustomerDetail&)>*> hooks[] = {
+      {&mnuToolsExportPhoto, &export_photo},
+      {&mnuToolsViewCCData, &view_cc_data},
+      {&mnuReportsForecastReport, &forecast_report},
+      {&mnuReportRentalContract, &rental_contract_report},
   };
-  mnuToolsExportPhoto.on_click = [this] {
-    Guard("mnuToolsExportPhoto_Click", [this] {
-      if (export_photo) export_photo(*this);
+  for (const auto& [item, hook] : hooks) {
+    OnClick(*item, [this, hook = hook] {
+      if (*hook) (*hook)(*this);
     });
-  };
-  mnuToolsViewCCData.on_click = [this] {
-    Guard("mnuToolsViewCCData_Click", [this] {
-      if (view_cc_data) view_cc_data(*this);
-    });
-  };
-  mnuReportsForecastReport.on_click = [this] {
-    Guard("mnuReportsForecastReport_Click", [this] {
-      if (forecast_report) forecast_report(*this);
-    });
-  };
-  mnuReportRentalContract.on_click = [this] {
-    Guard("mnuReportRentalContract_Click", [this] {
-      if (rental_contract_report) rental_contract_report(*this);
-    });
-  };
+  }
 }
 
 void frmCustomerDetail::OnLoad() {
   cancelled_ = true;
-  error_source_ = SourcePrefix("frmCustomerDetail");
 }
 
 void frmCustomerDetail::OnQueryUnload(int& cancel, int unload_mode) {
@@ -244,16 +219,6 @@ void frmCustomerDetail::OnFormKeyPress(int& key_ascii) {
   if (active == &txtCommentNote || dynamic_cast<ui::CommandButton*>(active) != nullptr) return;
   key_ascii = 0;
   SendTab();
-}
-
-void frmCustomerDetail::Guard(const char* routine, const std::function<void()>& body) {
-  try {
-    body();
-  } catch (...) {
-    const host::TrappedError failure = host::CurrentFailure(kErrInvalidCall);
-    host::ReportQuietly(error_object_.get(), failure.number, error_source_ + " " + routine, failure.description,
-                        nullptr);
-  }
 }
 
 }  // namespace kiv

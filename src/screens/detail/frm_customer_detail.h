@@ -15,11 +15,11 @@
 #include "host/db_connection.h"
 #include "host/error_object.h"
 #include "screens/detail/detail_page.h"
+#include "screens/kit/screen.h"
 #include "ui/check_box.h"
 #include "ui/combo_box.h"
 #include "ui/command_button.h"
 #include "ui/date_picker.h"
-#include "ui/form.h"
 #include "ui/frame.h"
 #include "ui/grid.h"
 #include "ui/image.h"
@@ -36,7 +36,7 @@ class CAddress;
 class CCustEngine;
 class CCustomer;
 
-class frmCustomerDetail : public ui::Form {
+class frmCustomerDetail : public Screen {
  public:
   //! tabCustomer indices whose meaning the editor itself relies on.
   static constexpr int kTabGeneral = 1, kTabRelationships = 2, kTabSalesHistory = 3, kTabAccessProducts = 4,
@@ -50,28 +50,15 @@ class frmCustomerDetail : public ui::Form {
   frmCustomerDetail();
   ~frmCustomerDetail() override;
 
-  // ---- what the engine hands over before filling ----
+  // ---- what the engine hands over before filling (besides the Screen's host objects) ----
   void SetCustomer(std::shared_ptr<CCustomer> v) { customer_ = std::move(v); }
   std::shared_ptr<CCustomer> Customer() const { return customer_; }
-  void SetDBConnection(std::shared_ptr<host::DBConnection> v) { db_ = std::move(v); }
-  std::shared_ptr<host::DBConnection> DBConnection() const { return db_; }
-  void SetErrorObject(std::shared_ptr<host::ErrorObject> v) { error_object_ = std::move(v); }
-  std::shared_ptr<host::ErrorObject> ErrorObject() const { return error_object_; }
-  void SetAppServer(std::shared_ptr<host::AppServer> v) { app_server_ = std::move(v); }
-  std::shared_ptr<host::AppServer> AppServer() const { return app_server_; }
-  //! The engine (not owned); without it the screen is never filled from a record.
-  void SetCustomerEngine(CCustEngine* v) { engine_ = v; }
-  CCustEngine* CustomerEngine() const { return engine_; }
   //! The group-forecast page is kept from the clerk.
   void SetHideForecasts(bool v) { hide_forecasts_ = v; }
   bool HideForecasts() const { return hide_forecasts_; }
   //! The will-call page offers no printing.
   void SetDisableWillcall(bool v) { disable_willcall_ = v; }
   bool DisableWillcall() const { return disable_willcall_; }
-  //! Where "today" comes from; the engine's clock, else the system's, until one is given.
-  void SetClock(std::shared_ptr<Clock> v) { clock_ = std::move(v); }
-  Date Today() const;
-
   //! Adds a page; the editor owns it from here on.
   void RegisterPage(std::unique_ptr<DetailPage> page);
   const std::vector<std::unique_ptr<DetailPage>>& Pages() const { return pages_; }
@@ -111,7 +98,6 @@ class frmCustomerDetail : public ui::Form {
   bool IsNew() const { return is_new_; }
   int32_t CustomerNo() const { return customer_no_; }
   int32_t HouseholdNo() const { return household_no_; }
-  bool Filling() const { return filling_; }
   bool CustomerChanged() const { return customer_changed_; }
   void SetCustomerChanged(bool v) { customer_changed_ = v; }
   //! Saving treats the customer as changed even when no field was edited.
@@ -129,8 +115,6 @@ class frmCustomerDetail : public ui::Form {
   //! A temporary photograph file, deleted after the next save of the customer fields.
   void SetPhotoWorkFile(std::string v) { photo_work_file_ = std::move(v); }
   const std::string& PhotoWorkFile() const { return photo_work_file_; }
-  //! "<application>.frmCustomerDetail (1.0.0)", composed at load.
-  const std::string& ErrorSource() const { return error_source_; }
 
   // ---- menu commands that other parts of the component fill in ----
   std::function<void(frmCustomerDetail&)> open_alerts;
@@ -205,25 +189,6 @@ class frmCustomerDetail : public ui::Form {
   ui::MenuItem& mnuReportRentalContract;
 
  private:
-  template <class T, class... Args>
-  T& AddIn(ui::Control& container, const std::string& name, Args&&... args) {
-    T& control = Add<T>(name, std::forward<Args>(args)...);
-    control.SetContainer(&container);
-    return control;
-  }
-  //! Sets the filling flag for one scope and puts the old value back.
-  class FillingScope {
-   public:
-    explicit FillingScope(frmCustomerDetail& screen) : screen_(screen), was_(screen.filling_) { screen.filling_ = true; }
-    ~FillingScope() { screen_.filling_ = was_; }
-    FillingScope(const FillingScope&) = delete;
-    FillingScope& operator=(const FillingScope&) = delete;
-
-   private:
-    frmCustomerDetail& screen_;
-    bool was_;
-  };
-
   // frm_customer_detail.cpp: construction, lifecycle, command wiring
   void AddCustomerTabs();
   //! The captions beside the general page's fields.
@@ -233,13 +198,10 @@ class frmCustomerDetail : public ui::Form {
   void OnQueryUnload(int& cancel, int unload_mode);
   void OnFormKeyDown(int& key_code, int shift);
   void OnFormKeyPress(int& key_ascii);
-  //! Runs a handler, reporting an unexpected failure through the error object.
-  void Guard(const char* routine, const std::function<void()>& body);
 
   // frm_customer_detail_fill.cpp: filling, address tabs, lists
   void ClearGeneralPage();
   void FillLists();
-  void FillList(ui::ComboBox& list, const std::string& sql, const char* key_column, const char* text_column);
   void FillAddressTypes();
   void StoreAddressFields();
   void ShowAddressFields();
@@ -285,11 +247,6 @@ class frmCustomerDetail : public ui::Form {
 
   std::shared_ptr<CCustomer> customer_;
   std::shared_ptr<CAddress> current_address_;
-  CCustEngine* engine_ = nullptr;
-  std::shared_ptr<host::DBConnection> db_;
-  std::shared_ptr<host::ErrorObject> error_object_;
-  std::shared_ptr<host::AppServer> app_server_;
-  std::shared_ptr<Clock> clock_;
   bool hide_forecasts_ = false;
   bool disable_willcall_ = false;
 
@@ -297,7 +254,6 @@ class frmCustomerDetail : public ui::Form {
   int32_t household_no_ = 0;
   bool is_new_ = false;
   bool cancelled_ = true;
-  bool filling_ = false;
   bool customer_changed_ = false;
   bool force_customer_save_ = false;
   bool addresses_changed_ = false;
@@ -312,7 +268,6 @@ class frmCustomerDetail : public ui::Form {
   //! What the note found on cmdOk and cmdCancel when it took the focus.
   bool ok_was_default_ = false;
   bool cancel_was_cancel_ = true;
-  std::string error_source_;
 
   std::vector<std::unique_ptr<DetailPage>> pages_;
   std::vector<bool> page_loaded_;  // beside pages_

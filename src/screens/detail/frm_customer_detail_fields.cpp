@@ -49,67 +49,67 @@ void frmCustomerDetail::WireFieldRules() {
   // ---- change ----
   for (ui::TextBox* field : {&txtStreet1, &txtStreet2, &txtCity, &txtState, &txtZip})
     field->on_change = [this, field] {
-      if (!filling_) Guard("Address_Change", [this, field] { OnAddressFieldChange(*field); });
+      if (!Filling()) Guard("Address_Change", [this, field] { OnAddressFieldChange(*field); });
     };
   txtPhone.on_change = [this] {
-    if (!filling_) OnPhoneChange(txtPhone, true);
+    if (!Filling()) OnPhoneChange(txtPhone, true);
   };
   txtFax.on_change = [this] {
-    if (!filling_) OnPhoneChange(txtFax, true);
+    if (!Filling()) OnPhoneChange(txtFax, true);
   };
   txtWorkPhone.on_change = [this] {
-    if (!filling_) OnPhoneChange(txtWorkPhone, false);
+    if (!Filling()) OnPhoneChange(txtWorkPhone, false);
   };
   txtCellPhone.on_change = [this] {
-    if (!filling_) OnPhoneChange(txtCellPhone, false);
+    if (!Filling()) OnPhoneChange(txtCellPhone, false);
   };
   txtEMail.on_change = [this] {
-    if (filling_) return;
+    if (Filling()) return;
     RaiseCustomerChanged();
     RewriteKeepingCaret(txtEMail, AddressClean(txtEMail.Text()));
   };
   txtFirstName.on_change = [this] {
-    if (!filling_) Guard("txtFirstName_Change", [this] { OnFirstNameChange(); });
+    if (!Filling()) Guard("txtFirstName_Change", [this] { OnFirstNameChange(); });
   };
   txtLastName.on_change = [this] {
-    if (!filling_) Guard("txtLastName_Change", [this] { OnLastNameChange(); });
+    if (!Filling()) Guard("txtLastName_Change", [this] { OnLastNameChange(); });
   };
   txtCompanyName.on_change = [this] {
-    if (!filling_) Guard("txtCompanyName_Change", [this] { OnCompanyNameChange(); });
+    if (!Filling()) Guard("txtCompanyName_Change", [this] { OnCompanyNameChange(); });
   };
   for (ui::TextBox* field : {&txtFullName, &txtOccupation, &txtCommentNote, &txtDefaultDiscount, &txtDefaultCommission})
     field->on_change = [this] {
-      if (!filling_) RaiseCustomerChanged();
+      if (!Filling()) RaiseCustomerChanged();
     };
   for (ui::DatePicker* picker : {&dtWeddAniv, &dtDateOfRelease})
     picker->on_change = [this] {
-      if (!filling_) RaiseCustomerChanged();
+      if (!Filling()) RaiseCustomerChanged();
     };
   dtDOB.on_change = [this] {
-    if (filling_) return;
+    if (Filling()) return;
     RaiseCustomerChanged();
     lblAge.SetCaption(AgeText(dtDOB.Value()));
   };
   optGender.on_click = [this] {
-    if (!filling_) RaiseCustomerChanged();
+    if (!Filling()) RaiseCustomerChanged();
   };
   ckbLocked.on_click = [this] {
-    if (!filling_) RaiseCustomerChanged();
+    if (!Filling()) RaiseCustomerChanged();
   };
   ckbDoNotMail.on_click = [this] {
-    if (!filling_) RaiseCustomerChanged();
+    if (!Filling()) RaiseCustomerChanged();
   };
   cmbCustomerLevel.on_click = [this] {
-    if (filling_ || !customer_) return;
+    if (Filling() || !customer_) return;
     // An empty level is shown, and saved, as None.
     const std::string& level = customer_->CustomerLevelID();
     OnLevelOrKindClick(cmbCustomerLevel, level.empty() ? std::string("None") : level);
   };
   cmbCustomerKind.on_click = [this] {
-    if (!filling_ && customer_) OnLevelOrKindClick(cmbCustomerKind, customer_->CustomerKind());
+    if (!Filling() && customer_) OnLevelOrKindClick(cmbCustomerKind, customer_->CustomerKind());
   };
   const auto country_changed = [this] {
-    if (filling_ || !current_address_) return;
+    if (Filling() || !current_address_) return;
     current_address_->SetCountryID(cmbCountry.Text());
     current_address_->SetDataChanged(true);
     RaiseCustomerChanged();
@@ -337,7 +337,7 @@ void frmCustomerDetail::SwitchType(int type) {
       txtFirstName.SetText("");
     }
   }
-  if (filling_ || !Visible()) return;
+  if (Filling() || !Visible()) return;
   if (type == kTypePerson) {
     txtLastName.SetFocus();
   } else {

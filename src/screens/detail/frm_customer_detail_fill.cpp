@@ -11,12 +11,18 @@
 #include "records/c_customer.h"
 #include "records/system_country.h"
 #include "screens/detail/frm_customer_detail.h"
+#include "screens/kit/list_fill.h"
 
 namespace kiv {
 
 namespace {
 
 constexpr const char* kPrimary = "PRIMARY";
+
+//! A list of the general page: read scrollable, each key once.
+ListQuery GeneralList(std::string sql, std::string key_column, std::string text_column = "Description") {
+  return ListQuery{std::move(sql), std::move(key_column), std::move(text_column), true, true};
+}
 
 std::optional<Date> PickerDate(const Date& d) {
   if (d.IsZero()) return std::nullopt;
@@ -210,25 +216,14 @@ void frmCustomerDetail::ShowAddressFields() {
 
 // ---- lists ----
 
-void frmCustomerDetail::FillList(ui::ComboBox& list, const std::string& sql, const char* key_column,
-                                 const char* text_column) {
-  list.Clear();
-  if (!db_) return;
-  host::ScopedRecordset rs = host::OpenQuery(*db_, sql, true);
-  for (; rs && !rs.Eof(); rs->MoveNext()) {
-    const std::string key = NzString(rs->FieldByName(key_column).Value());
-    if (list.FindKey(key) >= 0) continue;
-    list.AddItem(NzString(rs->FieldByName(text_column).Value()), key);
-  }
-}
-
 void frmCustomerDetail::FillLists() {
-  FillList(cmbCustomerKind, "SELECT * FROM kiv_customer_kind", "customer_kind", "Description");
+  FillListFromQuery(cmbCustomerKind, db_.get(), GeneralList("SELECT * FROM kiv_customer_kind", "customer_kind"));
   // The level list always offers "None": an empty level shows it and saving it stores it.
-  FillList(cmbCustomerLevel, std::string("SELECT * FROM kiv_customer_level") + " ORDER BY Description",
-           "Customer_Level_ID", "Description");
+  FillListFromQuery(cmbCustomerLevel, db_.get(),
+                    GeneralList(std::string("SELECT * FROM kiv_customer_level") + " ORDER BY Description",
+                                "Customer_Level_ID"));
   if (cmbCustomerLevel.FindKey("None") < 0) cmbCustomerLevel.AddItem("None", "None", 0);
-  FillList(cmbCountry, "SELECT * FROM kiv_country", "Country_ID", "Country_ID");
+  FillListFromQuery(cmbCountry, db_.get(), GeneralList("SELECT * FROM kiv_country", "Country_ID", "Country_ID"));
   FillAddressTypes();
   FillRentalLists();
 }

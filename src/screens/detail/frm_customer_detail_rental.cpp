@@ -7,27 +7,17 @@
 #include "host/db_patterns.h"
 #include "records/c_customer.h"
 #include "screens/detail/frm_customer_detail.h"
+#include "screens/kit/list_fill.h"
 
 namespace kiv {
 
-namespace {
-
-//! The text of a column, or empty when the row has no such column.
-std::string ColumnText(host::Recordset& rs, const std::string& name) {
-  for (int32_t i = 0; i < rs.FieldCount(); ++i)
-    if (EqualsNoCase(rs.FieldAt(i).Name(), name)) return NzString(rs.FieldAt(i).Value());
-  return {};
-}
-
-}  // namespace
-
 void frmCustomerDetail::WireRentalPanel() {
   txtShoeSize.on_change = [this] {
-    if (!filling_) rental_changed_ = true;
+    if (!Filling()) rental_changed_ = true;
   };
   for (ui::ComboBox* list : {&cmbHeight, &cmbWeight, &cmbGuestAbility})
     list->on_click = [this] {
-      if (!filling_) rental_changed_ = true;
+      if (!Filling()) rental_changed_ = true;
     };
   txtShoeSize.on_key_press = [](int& k) {
     if (k == 8 || (k >= '0' && k <= '9') || k == '.') return;
@@ -36,21 +26,15 @@ void frmCustomerDetail::WireRentalPanel() {
 }
 
 void frmCustomerDetail::FillRentalLists() {
-  FillList(cmbGuestAbility, "SELECT * FROM kiv_guest_ability ORDER BY description", "guest_ability", "Description");
+  FillListFromQuery(cmbGuestAbility, db_.get(),
+                    {"SELECT * FROM kiv_guest_ability ORDER BY description", "guest_ability", "Description", true, true});
   // A range shows its description when the table has one, else its number.
-  const auto fill_range = [this](ui::ComboBox& list, const std::string& sql, const std::string& key_column) {
-    list.Clear();
-    if (!db_) return;
-    host::ScopedRecordset rs = host::OpenQuery(*db_, sql, true);
-    for (; rs && !rs.Eof(); rs->MoveNext()) {
-      const std::string key = NzString(rs->FieldByName(key_column).Value());
-      if (list.FindKey(key) >= 0) continue;
-      const std::string description = ColumnText(*rs, "description");
-      list.AddItem(description.empty() ? key : description, key);
-    }
-  };
-  fill_range(cmbHeight, "SELECT * FROM kiv_guest_height ORDER BY guest_height_range", "guest_height_range");
-  fill_range(cmbWeight, "SELECT * FROM kiv_guest_weight ORDER BY guest_weight_range", "guest_weight_range");
+  FillListFromQuery(cmbHeight, db_.get(),
+                    {"SELECT * FROM kiv_guest_height ORDER BY guest_height_range", "guest_height_range", "description",
+                     true, true, true});
+  FillListFromQuery(cmbWeight, db_.get(),
+                    {"SELECT * FROM kiv_guest_weight ORDER BY guest_weight_range", "guest_weight_range", "description",
+                     true, true, true});
 }
 
 void frmCustomerDetail::SelectByKey(ui::ComboBox& list, const std::string& key) {

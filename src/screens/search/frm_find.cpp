@@ -4,8 +4,6 @@
 
 #include "core/version.h"
 #include "engine/c_cust_engine.h"
-#include "host/error_trap.h"
-#include "host/host_error.h"
 #include "records/c_customer.h"
 
 namespace kiv {
@@ -18,7 +16,7 @@ constexpr const char* kGroupCaption = "Find Customer of Group ";
 }  // namespace
 
 frmFind::frmFind()
-    : ui::Form("frmFind"),
+    : Screen("frmFind"),
       fraPerson(Add<ui::Frame>("fraPerson", "Person")),
       txtLastName(AddIn<ui::TextBox>(fraPerson, "txtLastName")),
       txtFirstName(AddIn<ui::TextBox>(fraPerson, "txtFirstName")),
@@ -167,79 +165,52 @@ void frmFind::WireEvents() {
     CheckNumericField(txtSalesOrder, "Sales Order Validation", "The value for Sales Order Number must be numeric");
   };
 
-  cmdFind.on_click = [this] {
-    Guard("cmdFind_Click", [this] {
-      cmdMore.SetEnabled(false);
-      Find();
-    });
-  };
-  cmdMore.on_click = [this] { Guard("cmdMore_Click", [this] { GetMore(); }); };
-  cmdNewSearch.on_click = [this] { Guard("cmdNewSearch_Click", [this] { NewSearch(); }); };
-  cmdOk.on_click = [this] { Guard("cmdOk_Click", [this] { Ok(); }); };
+  OnClick(cmdFind, [this] {
+    cmdMore.SetEnabled(false);
+    Find();
+  });
+  OnClick(cmdMore, [this] { GetMore(); });
+  OnClick(cmdNewSearch, [this] { NewSearch(); });
+  OnClick(cmdOk, [this] { Ok(); });
   cmdCancel.on_click = [this] { CancelSearch(); };
 
-  fxgCustomers.on_dbl_click = [this] {
-    Guard("fxgCustomers_DblClick", [this] {
-      // Picking for a caller, a double click chooses the row; browsing, it opens it.
-      if (select_mode_) {
-        Ok();
-        return;
-      }
-      ShowProperties();
-    });
-  };
+  OnDblClick(fxgCustomers, [this] {
+    // Picking for a caller, a double click chooses the row; browsing, it opens it.
+    if (select_mode_) {
+      Ok();
+      return;
+    }
+    ShowProperties();
+  });
   fxgCustomers.on_before_collapse = [this](int row, int state, bool&) {
     if (state != ui::flexOutlineExpanded) return;
     Guard("fxgCustomers_BeforeCollapse", [this, row] { LoadRelatedRows(row); });
   };
 
-  mnuAdd.on_click = [this] { Guard("mnuAdd_Click", [this] { AddCustomer(); }); };
-  mnuCustomerAddMember.on_click = [this] { Guard("mnuCustomerAddMember_Click", [this] { AddFamilyMember(); }); };
-  mnuCustomerDetails.on_click = [this] { Guard("mnuCustomerDetails_Click", [this] { ShowProperties(); }); };
-  mnuAccountInfo.on_click = [this] { Guard("mnuAccountInfo_Click", [this] { ShowAccountInfo(); }); };
-  mnuDeDup.on_click = [this] { Guard("mnuDeDup_Click", [this] { MergeDuplicates(); }); };
+  OnClick(mnuAdd, [this] { AddCustomer(); });
+  OnClick(mnuCustomerAddMember, [this] { AddFamilyMember(); });
+  OnClick(mnuCustomerDetails, [this] { ShowProperties(); });
+  OnClick(mnuAccountInfo, [this] { ShowAccountInfo(); });
+  OnClick(mnuDeDup, [this] { MergeDuplicates(); });
 
-  mnuOptionsViewWillCall.on_click = [this] {
-    Guard("mnuOptionsViewWillCall_Click", [this] { ToggleViewOption(mnuOptionsViewWillCall, "ViewWillCall", kColWillcall); });
-  };
-  mnuOptionsViewClubMembership.on_click = [this] {
-    Guard("mnuOptionsViewClubMembership_Click",
+  OnClick(mnuOptionsViewWillCall, [this] { ToggleViewOption(mnuOptionsViewWillCall, "ViewWillCall", kColWillcall); });
+  OnClick(mnuOptionsViewClubMembership,
           [this] { ToggleViewOption(mnuOptionsViewClubMembership, "ViewClubMembership", kColClub); });
-  };
-  mnuViewOpenSalesOrders.on_click = [this] {
-    Guard("mnuViewOpenSalesOrders_Click",
-          [this] { ToggleViewOption(mnuViewOpenSalesOrders, "ViewOpenSalesOrders", kColSO); });
-  };
-  mnuViewReservations.on_click = [this] {
-    Guard("mnuViewReservations_Click", [this] { ToggleViewOption(mnuViewReservations, "ViewReservations", kColRes); });
-  };
-  mnuDefaultPerson.on_click = [this] { Guard("mnuDefaultPerson_Click", [this] { ChooseDefaultTab("Person"); }); };
-  mnuDefaultCompany.on_click = [this] { Guard("mnuDefaultCompany_Click", [this] { ChooseDefaultTab("Company"); }); };
-  mnuDefaultAdvanced.on_click = [this] { Guard("mnuDefaultAdvanced_Click", [this] { ChooseDefaultTab("Advanced"); }); };
-  mnuDefaultClub.on_click = [this] { Guard("mnuDefaultClub_Click", [this] { ChooseDefaultTab("Club"); }); };
-  mnuOptionsUseCollection.on_click = [this] {
-    Guard("mnuOptionsUseCollection_Click", [this] { ToggleUseCollection(); });
-  };
-  mnuHelpAboutCustomer.on_click = [this] {
-    Guard("mnuHelpAboutCustomer_Click", [this] {
-      if (open_about) open_about(*this);
-    });
-  };
+  OnClick(mnuViewOpenSalesOrders, [this] { ToggleViewOption(mnuViewOpenSalesOrders, "ViewOpenSalesOrders", kColSO); });
+  OnClick(mnuViewReservations, [this] { ToggleViewOption(mnuViewReservations, "ViewReservations", kColRes); });
+  OnClick(mnuDefaultPerson, [this] { ChooseDefaultTab("Person"); });
+  OnClick(mnuDefaultCompany, [this] { ChooseDefaultTab("Company"); });
+  OnClick(mnuDefaultAdvanced, [this] { ChooseDefaultTab("Advanced"); });
+  OnClick(mnuDefaultClub, [this] { ChooseDefaultTab("Club"); });
+  OnClick(mnuOptionsUseCollection, [this] { ToggleUseCollection(); });
+  OnClick(mnuHelpAboutCustomer, [this] {
+    if (open_about) open_about(*this);
+  });
 }
 
 void frmFind::SetSelectMode(bool select_mode, const std::string& group_id) {
   select_mode_ = select_mode;
   group_id_ = group_id;
-}
-
-void frmFind::Guard(const char* routine, const std::function<void()>& body) {
-  try {
-    body();
-  } catch (...) {
-    const host::TrappedError failure = host::CurrentFailure(kErrInvalidCall);
-    host::ReportQuietly(error_object_.get(), failure.number, SourcePrefix("frmFind") + " " + routine,
-                        failure.description, search_command_);
-  }
 }
 
 void frmFind::OnLoad() {

@@ -14,9 +14,10 @@
 #include "host/error_object.h"
 #include "host/recordset.h"
 #include "host/settings_store.h"
+#include "screens/kit/grid_fill.h"
+#include "screens/kit/screen.h"
 #include "ui/combo_box.h"
 #include "ui/command_button.h"
-#include "ui/form.h"
 #include "ui/frame.h"
 #include "ui/grid.h"
 #include "ui/label.h"
@@ -40,7 +41,7 @@ struct DetailOutcome {
   bool RequiresNewSearch = false;
 };
 
-class frmFind : public ui::Form {
+class frmFind : public Screen {
  public:
   //! Columns of the result grid, in the order of a search row.
   enum GridColumn : int {
@@ -62,14 +63,7 @@ class frmFind : public ui::Form {
   frmFind();
   ~frmFind() override;
 
-  // ---- what the engine hands over before showing the screen ----
-  void SetErrorObject(std::shared_ptr<host::ErrorObject> v) { error_object_ = std::move(v); }
-  std::shared_ptr<host::ErrorObject> ErrorObject() const { return error_object_; }
-  void SetDBConnection(std::shared_ptr<host::DBConnection> v) { db_ = std::move(v); }
-  std::shared_ptr<host::DBConnection> DBConnection() const { return db_; }
-  //! The engine that owns the screen (not owned here); null leaves rights and settings unknown.
-  void SetCustomerEngine(CCustEngine* v) { engine_ = v; }
-  CCustEngine* CustomerEngine() const { return engine_; }
+  // ---- what the engine hands over before showing the screen (and the Screen's host objects) ----
   //! When on, a customer saved from the editor (Add, Properties) is returned at once.
   void SetAutoReturnOnOk(bool v) { auto_return_on_ok_ = v; }
   bool AutoReturnOnOk() const { return auto_return_on_ok_; }
@@ -198,14 +192,11 @@ class frmFind : public ui::Form {
   static constexpr int kGenderMale = 0, kGenderFemale = 1, kGenderEither = 2;
   static constexpr int kClubActive = 0, kClubInactive = 1, kClubAll = 2;
 
- private:
-  template <class T, class... Args>
-  T& AddIn(ui::Control& container, const std::string& name, Args&&... args) {
-    T& control = Add<T>(name, std::forward<Args>(args)...);
-    control.SetContainer(&container);
-    return control;
-  }
+ protected:
+  //! A failure while a search runs is reported with its command.
+  std::shared_ptr<host::Command> FailedCommand() const override { return search_command_; }
 
+ private:
   // frm_find.cpp: construction, hand-over and lifecycle
   void AddLabels();
   void WireEvents();
@@ -216,8 +207,6 @@ class frmFind : public ui::Form {
   void SelectOpeningTab();
   void ApplyGroupSearch();
   void ResetForNextLoad();
-  //! Runs a handler, reporting an unexpected failure through the error object.
-  void Guard(const char* routine, const std::function<void()>& body);
 
   // frm_find_query.cpp: criteria, parameters and paging
   //! Fills the parameters of the selected tab; false when the search has no criteria.
@@ -231,9 +220,9 @@ class frmFind : public ui::Form {
   // frm_find_grid.cpp: the result grid
   void SetUpGrid();
   void ClearGrid();
-  //! One row from the current row of a search or relationship recordset, added at `at`
-  //! (-1 for the end); returns its index.
-  int AddResultRow(host::Recordset& rs, const std::string& relation, int at);
+  //! The grid columns of a search row, and of a related customer's row below it.
+  static GridFill SearchRowFill();
+  static GridFill RelatedRowFill();
   //! The cells of a row built from a record (Add and Properties).
   void WriteCustomerCells(int row, CCustomer& customer);
   //! The current row when it is a data row with a Cust#; 0 otherwise.
@@ -258,9 +247,6 @@ class frmFind : public ui::Form {
   //! Closes the screen with `customer` as its choice.
   void ReturnCustomer(std::shared_ptr<CCustomer> customer);
 
-  std::shared_ptr<host::ErrorObject> error_object_;
-  std::shared_ptr<host::DBConnection> db_;
-  CCustEngine* engine_ = nullptr;
   bool auto_return_on_ok_ = false;
   std::string default_tab_;
   bool select_mode_ = false;
@@ -270,6 +256,8 @@ class frmFind : public ui::Form {
   std::shared_ptr<CCustomer> selected_;
 
   std::shared_ptr<host::Command> search_command_;
+  GridFill search_fill_ = SearchRowFill();
+  GridFill related_fill_ = RelatedRowFill();
   int32_t last_customer_no_ = 0;
   int32_t displayed_count_ = 0;
   int32_t total_count_ = 0;

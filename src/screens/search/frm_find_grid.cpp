@@ -25,6 +25,28 @@ std::string NameOf(const std::string& type, const std::string& company, const st
   return name.empty() ? full : name;
 }
 
+//! The result grid's columns in their order; `relation` fills the Relation column.
+std::vector<FillColumn> ResultColumns(FillColumn relation) {
+  return {
+      FillColumn::Composed({"customer_type", "company_name", "last_name", "full_name"},
+                           [](const std::vector<Variant>& v) {
+                             return NameOf(NzString(v[0]), NzString(v[1]), NzString(v[2]), NzString(v[3]));
+                           }),
+      FillColumn::Of("first_name"),
+      FillColumn::Of("Zip"),
+      std::move(relation),
+      FillColumn::Of("customer_no"),
+      FillColumn::Of("customer_kind"),
+      FillColumn::Of("has_willcall"),
+      FillColumn::Of("has_so"),
+      FillColumn::Of("has_reservation"),
+      FillColumn::Of("has_image"),
+      FillColumn::Of("Customer_Level_ID"),
+      FillColumn::Of("has_club"),
+      FillColumn::Of("household_no"),
+  };
+}
+
 std::string FlagText(bool flag) { return flag ? "True" : "False"; }
 
 }  // namespace
@@ -45,30 +67,12 @@ void frmFind::SetUpGrid() {
 
 void frmFind::ClearGrid() { fxgCustomers.SetRows(fxgCustomers.FixedRows()); }
 
-int frmFind::AddResultRow(host::Recordset& rs, const std::string& relation, int at) {
-  const std::string cells[] = {
-      NameOf(Cell(rs, "customer_type"), Cell(rs, "company_name"), Cell(rs, "last_name"), Cell(rs, "full_name")),
-      Cell(rs, "first_name"),
-      Cell(rs, "Zip"),
-      relation,
-      Cell(rs, "customer_no"),
-      Cell(rs, "customer_kind"),
-      Cell(rs, "has_willcall"),
-      Cell(rs, "has_so"),
-      Cell(rs, "has_reservation"),
-      Cell(rs, "has_image"),
-      Cell(rs, "Customer_Level_ID"),
-      Cell(rs, "has_club"),
-      Cell(rs, "household_no"),
-  };
-  std::string line;
-  for (const std::string& cell : cells) {
-    if (&cell != &cells[0]) line += '\t';
-    line += cell;
-  }
-  fxgCustomers.AddItem(line, at);
-  return at < 0 ? fxgCustomers.Rows() - 1 : at;
+GridFill frmFind::SearchRowFill() {
+  // A customer found by the search is related to nobody in particular.
+  return GridFill(ResultColumns(FillColumn::Composed({}, [](const std::vector<Variant>&) { return std::string(); })));
 }
+
+GridFill frmFind::RelatedRowFill() { return GridFill(ResultColumns(FillColumn::Of("rel_type_id"))); }
 
 void frmFind::WriteCustomerCells(int row, CCustomer& customer) {
   fxgCustomers.SetTextMatrix(row, kColName,
@@ -101,16 +105,16 @@ void frmFind::LoadRelatedRows(int row) {
   const std::string customer_text = Trim(fxgCustomers.TextMatrix(row, kColCustNo));
   if (customer_text.empty()) return;
 
-  std::shared_ptr<host::Command> command = host::PrepareProcedure(*db_, "KIV_SP_GetCustomerRelationships");
-  if (!command) return;
-  host::Parameters& params = command->GetParameters();
-  params.Item("@customer_no").SetValue(Variant(static_cast<int32_t>(Val(customer_text))));
-  params.Item("@fiscal_year").SetValue(Variant(engine_ != nullptr ? engine_->FiscalYear() : int32_t{0}));
-  host::ScopedRecordset rs = host::OpenProcedure(*db_, command);
+  host::ProcedureCall call(*db_, "KIV_SP_GetCustomerRelationships");
+  if (!call.Prepared()) return;
+  call.In("@customer_no", Variant(static_cast<int32_t>(Val(customer_text))))
+      .In("@fiscal_year", Variant(engine_ != nullptr ? engine_->FiscalYear() : int32_t{0}));
+  host::ScopedRecordset rs = call.Open();
   if (!rs) return;
+  if (!rs.Eof()) related_fill_.Bind(*rs);
   int at = row + 1;
   for (; !rs.Eof(); rs->MoveNext()) {
-    const int added = AddResultRow(*rs, Cell(*rs, "rel_type_id"), at < fxgCustomers.Rows() ? at : -1);
+    const int added = related_fill_.AddRow(fxgCustomers, *rs, at < fxgCustomers.Rows() ? at : -1);
     fxgCustomers.SetRowOutlineLevel(added, 1);
     at = added + 1;
   }

@@ -5,6 +5,7 @@
 
 #include "core/text.h"
 #include "host/db_patterns.h"
+#include "screens/kit/list_fill.h"
 #include "screens/search/frm_find.h"
 
 namespace kiv {
@@ -49,28 +50,11 @@ class WaitCursor {
 }  // namespace
 
 void frmFind::FillLists() {
-  cmbGroup.Clear();
-  cmbCompanyGroup.Clear();
-  cmbClubId.Clear();
   // A blank first entry lets the clerk take a group back out of the criteria.
-  cmbGroup.AddItem("", "");
-  cmbCompanyGroup.AddItem("", "");
-  {
-    host::ScopedRecordset rs = host::OpenQuery(*db_, "SELECT * FROM kiv_customer_group ORDER BY description");
-    for (; rs && !rs.Eof(); rs->MoveNext()) {
-      const std::string key = NzString(rs->FieldByName("customer_group_id").Value());
-      const std::string text = NzString(rs->FieldByName("Description").Value());
-      cmbGroup.AddItem(text, key);
-      cmbCompanyGroup.AddItem(text, key);
-    }
-  }
-  {
-    host::ScopedRecordset rs = host::OpenQuery(*db_, "SELECT * FROM kiv_club");
-    for (; rs && !rs.Eof(); rs->MoveNext()) {
-      cmbClubId.AddItem(NzString(rs->FieldByName("Description").Value()),
-                        NzString(rs->FieldByName("club_id").Value()));
-    }
-  }
+  FillListsFromQuery({&cmbGroup, &cmbCompanyGroup}, db_.get(),
+                     {"SELECT * FROM kiv_customer_group ORDER BY description", "customer_group_id", "Description"},
+                     ListItem{"", ""});
+  FillListFromQuery(cmbClubId, db_.get(), {"SELECT * FROM kiv_club", "club_id", "Description"});
   lists_filled_ = true;
 }
 
@@ -191,12 +175,14 @@ void frmFind::FetchPage() {
     // The return value is read as the procedure gives it; the screen does not act on it.
     (void)host::OutputLong(*search_command_, "@return_value", -1);
     total_count_ = host::OutputLong(*search_command_, "@total_rowcount", 0);
-    if (!cancelled_) {
+    if (!cancelled_ && !rs.Eof()) {
+      search_fill_.Bind(*rs);
+      const int customer_no_field = search_fill_.FieldIndex("customer_no");
       for (; !rs.Eof(); rs->MoveNext()) {
-        last_customer_no_ = NzLong(rs->FieldByName("customer_no").Value());
+        last_customer_no_ = NzLong(rs->FieldAt(customer_no_field).Value());
         ++displayed_count_;
         // Each customer row is an outline node that opens onto its related customers.
-        const int row = AddResultRow(*rs, "", -1);
+        const int row = search_fill_.AddRow(fxgCustomers, *rs);
         fxgCustomers.SetIsSubtotal(row, true);
         fxgCustomers.SetIsCollapsed(row, true);
         ui().DoEvents();

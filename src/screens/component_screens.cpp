@@ -1,0 +1,97 @@
+// Building and wiring the screens the engine shows.
+#include "screens/component_screens.h"
+
+#include "engine/c_cust_engine.h"
+#include "records/c_customer.h"
+#include "screens/detail/frm_customer_detail.h"
+#include "screens/search/frm_find.h"
+
+namespace kiv {
+
+ComponentScreens::ComponentScreens() = default;
+
+ComponentScreens::~ComponentScreens() { CloseScreens(); }
+
+std::shared_ptr<frmFind> ComponentScreens::NewSearchScreen() {
+  auto screen = std::make_shared<frmFind>();
+  // Add and Properties open the detail editor over the screen.
+  screen->open_detail = [](frmFind& owner, const std::shared_ptr<CCustomer>& customer) {
+    DetailOutcome outcome;
+    if (CCustEngine* engine = owner.CustomerEngine())
+      outcome.UserCanceled = engine->ShowDetailScreen(customer, &owner, false);
+    return outcome;
+  };
+  return screen;
+}
+
+SearchOutcome ComponentScreens::ShowSearch(CCustEngine& engine, const SearchRequest& request) {
+  SearchOutcome outcome;
+  std::shared_ptr<frmFind> screen;
+  try {
+    if (request.spawn_new) {
+      screen = NewSearchScreen();
+    } else {
+      if (!search_screen_) search_screen_ = NewSearchScreen();
+      screen = search_screen_;
+    }
+    // Handed over before the load, so the load finds the user's settings through the engine.
+    screen->TakeHostObjects(engine);
+    screen->SetAutoReturnOnOk(request.auto_return_on_ok);
+    screen->SetDefaultTab(request.default_tab);
+    screen->SetSelectMode(request.select_mode, request.group_id);
+    screen->Load();
+    screen->Show(ui::vbModal, request.owner);
+    outcome.cancelled = screen->Cancelled();
+    outcome.selected = screen->SelectedCustomer();
+  } catch (...) {
+    // Quietly ended: the caller sees a cancelled search.
+  }
+  if (screen && (request.spawn_new || request.unload_after)) {
+    try {
+      screen->Unload();
+    } catch (...) {
+    }
+  }
+  return outcome;
+}
+
+bool ComponentScreens::ShowDetail(CCustEngine& engine, const std::shared_ptr<CCustomer>& customer, ui::Form* owner,
+                                  bool disable_willcall) {
+  bool cancelled = true;
+  auto screen = std::make_shared<frmCustomerDetail>();
+  try {
+    screen->SetUi(engine.GetUi());
+    screen->Load();
+    screen->SetHideForecasts(!engine.AllowCustShowForecast());
+    screen->TakeHostObjects(engine);
+    screen->SetCustomer(customer);
+    screen->SetDisableWillcall(disable_willcall);
+    screen->FillScreen(customer->CustomerNo());
+    screen->Show(ui::vbModal, owner);
+    cancelled = screen->Cancelled();
+  } catch (...) {
+  }
+  try {
+    screen->SetCustomer(nullptr);
+    screen->Unload();
+  } catch (...) {
+  }
+  return cancelled;
+}
+
+ui::Form* ComponentScreens::SharedSearchScreen() const { return search_screen_.get(); }
+
+void ComponentScreens::CloseScreens() {
+  // The search screen keeps the clerk's position and size when it unloads.
+  std::shared_ptr<frmFind> screen = std::move(search_screen_);
+  search_screen_.reset();
+  if (!screen || !screen->Loaded()) return;
+  try {
+    screen->Unload();
+  } catch (...) {
+  }
+}
+
+void InstallComponentScreens(CCustEngine& engine) { engine.SetScreenLauncher(std::make_shared<ComponentScreens>()); }
+
+}  // namespace kiv

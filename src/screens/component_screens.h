@@ -1,0 +1,36 @@
+// The component's screens as the engine reaches them: the one place that builds each
+// screen, hands it the engine's host objects and wires the screens to one another.
+#pragma once
+#include <memory>
+
+#include "engine/screen_launcher.h"
+
+namespace kiv {
+
+class frmFind;
+
+class ComponentScreens : public ScreenLauncher {
+ public:
+  ComponentScreens();
+  ~ComponentScreens() override;
+
+  SearchOutcome ShowSearch(CCustEngine& engine, const SearchRequest& request) override;
+  bool ShowDetail(CCustEngine& engine, const std::shared_ptr<CCustomer>& customer, ui::Form* owner,
+                  bool disable_willcall) override;
+  ui::Form* SharedSearchScreen() const override;
+  void CloseScreens() override;
+
+  //! The shared search screen; null until the first search created it.
+  frmFind* SearchScreen() const { return search_screen_.get(); }
+
+ private:
+  //! A search screen with the other screens on its hooks.
+  std::shared_ptr<frmFind> NewSearchScreen();
+
+  std::shared_ptr<frmFind> search_screen_;
+};
+
+//! Gives the engine the component's screens.
+void InstallComponentScreens(CCustEngine& engine);
+
+}  // namespace kiv
