@@ -66,6 +66,8 @@ bool CCustomer::Update() {
   std::shared_ptr<host::Command> command;
   try {
     if (db_ == nullptr) RaiseError(kErrObjectRequired);
+    // The customer row and its addresses are one save: a crash between them leaves neither.
+    host::UnitOfWork unit(db_.get());
     if (addresses_ != nullptr)
       for (const auto& entry : *addresses_)
         if (entry.value != nullptr && entry.value->AddressType() == "PRIMARY") zip_ = entry.value->Zip();

@@ -119,5 +119,82 @@ TEST_F(DbPatterns, OutputsThatAreNullOrAbsentReadAsTheDefault) {
   EXPECT_EQ(OutputText(*command, "@absent"), "");
 }
 
+TEST_F(DbPatterns, ProcedureCallAssignsInputsInTheCallersOrderAndLeavesTheReturnRuleToIt) {
+  host.OnProcedure("KIV_SP_X")
+      .Params({"@RETURN_VALUE", "@b", "@a", test::Out("@message")})
+      .Outputs({{"@RETURN_VALUE", 2}, {"@message", "refused"}});
+  ProcedureCall call(*host.db, "KIV_SP_X");
+  ASSERT_TRUE(call.Prepared());
+  call.In("@a", Variant(1)).In("@B", Variant("two"));
+  ASSERT_TRUE(call.Execute());
+  EXPECT_EQ(host.db->AssignedNames("KIV_SP_X"), (std::vector<std::string>{"@a", "@b"}));
+  // A caller refusing anything but 0 and one refusing only below 0 read the same value.
+  EXPECT_EQ(call.ReturnValue(-1), 2);
+  EXPECT_EQ(call.OutputText("@message"), "refused");
+  EXPECT_EQ(call.OutputLong("@absent", 9), 9);
+  EXPECT_TRUE(call.Output("@absent").IsEmpty());
+}
+
+TEST_F(DbPatterns, ProcedureCallReadsANullReturnValueAsTheCallersDefault) {
+  host.OnProcedure("KIV_SP_X").Params({"@RETURN_VALUE"}).Outputs({{"@RETURN_VALUE", Variant::Null()}});
+  host.OnProcedure("KIV_SP_NO_RETURN").Params({"@a"});
+  ProcedureCall call(*host.db, "KIV_SP_X");
+  ASSERT_TRUE(call.Execute());
+  EXPECT_EQ(call.ReturnValue(-1), -1);
+  ProcedureCall without(*host.db, "KIV_SP_NO_RETURN");
+  ASSERT_TRUE(without.Execute());
+  EXPECT_EQ(without.ReturnValue(0), 0);
+}
+
+TEST_F(DbPatterns, ProcedureCallFailsOnTheErrorFlagAndRunsNothingWithoutACommand) {
+  host.OnProcedure("KIV_SP_BAD").Row({{"n", 1}}).Fails();
+  ProcedureCall bad(*host.db, "KIV_SP_BAD");
+  EXPECT_FALSE(bad.Execute());
+  EXPECT_FALSE(bad.Open());
+  EXPECT_EQ(host.db->OpenRecordsetCount(), 0u);
+
+  host.db->FailNext(CallKind::CreateCommand);
+  ProcedureCall none(*host.db, "KIV_SP_X");
+  EXPECT_FALSE(none.Prepared());
+  none.In("@a", Variant(1));
+  EXPECT_FALSE(none.Execute());
+  EXPECT_FALSE(none.Open());
+  EXPECT_EQ(none.ReturnValue(-1), -1);
+  EXPECT_EQ(host.db->Executions("KIV_SP_X").size(), 0u);
+}
+
+TEST_F(DbPatterns, ProcedureCallClearsEveryInputForTheNextRun) {
+  host.OnProcedure("KIV_SP_X").Params({"@a", "@b"});
+  ProcedureCall call(*host.db, "KIV_SP_X");
+  call.In("@a", Variant(1)).In("@b", Variant(2));
+  call.ClearInputs();
+  EXPECT_TRUE(call.GetCommand()->GetParameters()["@a"].Value().IsNull());
+  EXPECT_TRUE(call.GetCommand()->GetParameters()["@b"].Value().IsNull());
+}
+
+TEST_F(DbPatterns, UnitOfWorkKeepsOnANormalWayOutAndDiscardsOnAFailureOrWhenAsked) {
+  { UnitOfWork unit(host.db.get()); }
+  {
+    UnitOfWork unit(host.db.get());
+    unit.Discard();
+  }
+  try {
+    UnitOfWork unit(host.db.get());
+    throw HostError(3709, "connection lost");
+  } catch (const HostError&) {
+  }
+  // A failure handled inside the unit does not discard it.
+  {
+    UnitOfWork unit(host.db.get());
+    try {
+      throw HostError(3709, "handled");
+    } catch (const HostError&) {
+    }
+  }
+  { UnitOfWork nothing(nullptr); }
+  EXPECT_EQ(host.db->Units(), (std::vector<std::string>{"begin@0", "commit@0", "begin@0", "discard@0", "begin@0",
+                                                         "discard@0", "begin@0", "commit@0"}));
+}
+
 }  // namespace
 }  // namespace kiv::host

@@ -121,6 +121,9 @@ TEST_F(CustomerSaveTest, StoredAddressesAreWrittenOrDeletedOnceEmptied) {
   EXPECT_FALSE(home->DataChanged());
   EXPECT_EQ(customer->PrimaryAddressID(), 8);
   EXPECT_EQ(customer->HouseholdNo(), 40);
+  // The customer and its addresses are one unit for the host: opened before the first
+  // call, kept after the last.
+  EXPECT_EQ(host.db->Units(), (std::vector<std::string>{"begin@0", "commit@" + std::to_string(host.Log().size())}));
 }
 
 TEST_F(CustomerSaveTest, UpdateTrapsFailuresAndReportsThemThroughTheErrorObject) {
@@ -128,6 +131,7 @@ TEST_F(CustomerSaveTest, UpdateTrapsFailuresAndReportsThemThroughTheErrorObject)
   AddAddress("PRIMARY", 0)->SetPhone("555");
   host.errors->ThrowOnDisplay(5);
   EXPECT_FALSE(customer->Update());
+  EXPECT_EQ(host.db->Units().back().substr(0, 8), "discard@") << "a save that failed keeps nothing";
   EXPECT_EQ(customer->LastErrorNumber(), -2147217873);
   EXPECT_EQ(customer->LastErrorDescription(), "Violation of PRIMARY KEY");
   ASSERT_EQ(host.errors->Count(), 1u);

@@ -189,6 +189,9 @@ class ScriptedConnection : public host::DBConnection, public std::enable_shared_
   size_t OpenRecordsetCount() const;
   //! Every command handed out, in order.
   const std::vector<std::shared_ptr<ScriptedCommand>>& Commands() const { return commands_; }
+  //! Units of work as they opened and closed ("begin", "commit", "discard"), each followed
+  //! by "@" and the number of calls logged before it, so a test sees which calls a unit held.
+  const std::vector<std::string>& Units() const { return units_; }
 
   // ---- host::DBConnection ----
   std::string UserPassword() override;
@@ -203,6 +206,10 @@ class ScriptedConnection : public host::DBConnection, public std::enable_shared_
   void ExecuteCommand(const std::shared_ptr<host::Command>& command, bool& error) override;
   std::shared_ptr<host::Recordset> cmdOpenForwardReadOnlyRecordset(const std::shared_ptr<host::Command>& command,
                                                                    bool& error, Variant& extra) override;
+  void BeginUnitOfWork() override { units_.push_back("begin@" + std::to_string(log_.size())); }
+  void EndUnitOfWork(bool commit) override {
+    units_.push_back((commit ? "commit@" : "discard@") + std::to_string(log_.size()));
+  }
 
  private:
   struct Fault {
@@ -223,6 +230,7 @@ class ScriptedConnection : public host::DBConnection, public std::enable_shared_
   std::vector<Call> log_;
   std::vector<std::shared_ptr<ScriptedRecordset>> recordsets_;
   std::vector<std::shared_ptr<ScriptedCommand>> commands_;
+  std::vector<std::string> units_;
   std::map<std::string, int32_t> sequences_;
   std::map<CallKind, std::vector<Fault>> faults_;
   std::function<std::string(const std::string&)> text_form_;

@@ -6,6 +6,7 @@
 #include "core/text.h"
 #include "core/variant.h"
 #include "engine/c_cust_engine.h"
+#include "host/db_patterns.h"
 #include "records/c_address.h"
 #include "records/c_customer.h"
 #include "records/system_country.h"
@@ -79,9 +80,13 @@ bool frmCustomerDetail::RunSave(bool is_ok) {
   if (!customer_) return false;
   StoreAddressFields();
   if (!ValidateCustomer()) return false;
-  if (!SaveCustomerFields()) return false;
-  // OK gives up when the household could not be written; Save carries on with the rest.
-  if (!SavePages(is_ok)) return false;
+  {
+    // The customer, its addresses and every dirty page are one save for the host.
+    host::UnitOfWork unit(db_.get());
+    if (!SaveCustomerFields()) return false;
+    // OK gives up when the household could not be written; Save carries on with the rest.
+    if (!SavePages(is_ok)) return false;
+  }
   RefreshIndicators();
   cancelled_ = false;
   if (is_ok) Hide();
