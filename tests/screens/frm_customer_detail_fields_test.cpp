@@ -43,6 +43,22 @@ TEST(CustomerDetailFields, TypedAndPastedTextIsFilteredAndCasedPerField) {
   }
 }
 
+TEST(CustomerDetailFields, EachBoxTakesItsLongestTextFromTheParameterItIsSavedThrough) {
+  DetailRig rig;
+  rig.host.OnProcedure("KiV_SP_CUSTOMER_UpdateCustomer")
+      .Params({test::In("@occupation", host::adVarChar, 40), test::In("@comment_note", host::adVarChar, 2000),
+               test::In("@email", host::adVarChar, 0)});
+  rig.host.OnProcedure("KIV_SP_UpdateAddress").Params({test::In("@zip", host::adVarChar, 15)});
+  rig.Person();
+  rig.Open();
+  EXPECT_EQ(rig.screen->txtOccupation.MaxLength(), 40);
+  EXPECT_EQ(rig.screen->txtCommentNote.MaxLength(), 2000);
+  EXPECT_EQ(rig.screen->txtZip.MaxLength(), 15);
+  EXPECT_EQ(rig.screen->txtEMail.MaxLength(), 0) << "a parameter without a size sets no limit";
+  rig.Type("txtOccupation", std::string(45, 'x'));
+  EXPECT_EQ(rig.screen->txtOccupation.Text(), std::string(40, 'x'));
+}
+
 TEST(CustomerDetailFields, EnterMovesOnExceptInTheNoteWhereItMeansOk) {
   DetailRig rig;
   rig.host.OnProcedure(test::kUpdateCustomer).Outputs({{"@customer_no", 42}});

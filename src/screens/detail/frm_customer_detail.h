@@ -203,6 +203,9 @@ class frmCustomerDetail : public Screen {
   void ClearGeneralPage();
   void FillLists();
   void FillAddressTypes();
+  //! Each text box takes its longest text from the parameter it is saved through, so the
+  //! clerk meets the limit while typing instead of finding the text cut after the save.
+  void ApplyFieldLimits();
   void StoreAddressFields();
   void ShowAddressFields();
   void ComputeFlags();
@@ -263,6 +266,7 @@ class frmCustomerDetail : public Screen {
   bool can_delete_cards_ = false;
   bool can_edit_profile_ = false;
   bool rental_changed_ = false;
+  bool field_limits_applied_ = false;
   bool last_name_confirmed_ = false;
   bool company_name_confirmed_ = false;
   //! What the note found on cmdOk and cmdCancel when it took the focus.

@@ -226,6 +226,30 @@ void frmCustomerDetail::FillLists() {
   FillListFromQuery(cmbCountry, db_.get(), GeneralList("SELECT * FROM kiv_country", "Country_ID", "Country_ID"));
   FillAddressTypes();
   FillRentalLists();
+  ApplyFieldLimits();
+}
+
+void frmCustomerDetail::ApplyFieldLimits() {
+  if (field_limits_applied_ || !db_) return;
+  field_limits_applied_ = true;
+  struct Limit {
+    ui::TextBox& box;
+    const char* parameter;
+  };
+  const auto apply = [this](const char* procedure, std::initializer_list<Limit> limits) {
+    host::ProcedureCall call(*db_, procedure);
+    if (!call.Prepared()) return;
+    for (const Limit& limit : limits) {
+      const host::Parameter* p = call.GetCommand()->GetParameters().Find(limit.parameter);
+      if (p != nullptr && p->Size() > 0) limit.box.SetMaxLength(p->Size());
+    }
+  };
+  apply("KiV_SP_CUSTOMER_UpdateCustomer",
+        {{txtLastName, "@last_name"}, {txtFirstName, "@first_name"}, {txtFullName, "@full_name"},
+         {txtCompanyName, "@company_name"}, {txtEMail, "@email"}, {txtWorkPhone, "@work_phone"},
+         {txtCellPhone, "@cell_phone"}, {txtOccupation, "@occupation"}, {txtCommentNote, "@comment_note"}});
+  apply("KIV_SP_UpdateAddress", {{txtStreet1, "@address_1"}, {txtStreet2, "@address_2"}, {txtCity, "@city"},
+                                 {txtState, "@state"}, {txtZip, "@zip"}, {txtPhone, "@phone"}, {txtFax, "@fax"}});
 }
 
 void frmCustomerDetail::FillAddressTypes() {
