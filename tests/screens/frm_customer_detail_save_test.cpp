@@ -153,6 +153,7 @@ TEST(CustomerDetailSave, NothingEditedMeansNoUpdateButDirtyPagesStillSaveInTheir
   EXPECT_EQ(rig.Updates(), 0u);
   EXPECT_EQ(rig.page_log, (std::vector<std::string>{"save forecasts", "save household", "save custom",
                                                      "save employer", "save groups"}));
+  EXPECT_EQ(rig.host.db->Units(), (std::vector<std::string>{"begin@0", "commit@0"})) << "every page in one unit";
   EXPECT_FALSE(rig.ui->WaitCursor());
   EXPECT_EQ(rig.ui->WaitCursorOnCount(), rig.ui->WaitCursorOffCount());
 }
