@@ -69,10 +69,10 @@ std::string GridFill::CellText(const FillColumn& column, size_t first_slot, host
     return position < 0 ? Variant::Null() : rs.FieldAt(position).Value();
   };
   if (column.compose) {
-    std::vector<Variant> values;
-    values.reserve(column.fields.size());
-    for (size_t k = 0; k < column.fields.size(); ++k) values.push_back(value_at(first_slot + k));
-    return column.compose(values);
+    // One buffer serves every composed cell of every row: no allocation per row.
+    composed_values_.resize(column.fields.size());
+    for (size_t k = 0; k < column.fields.size(); ++k) composed_values_[k] = value_at(first_slot + k);
+    return column.compose(composed_values_);
   }
   const Variant value = value_at(first_slot);
   if (value.IsNull() || value.IsEmpty()) return std::string();
@@ -82,6 +82,7 @@ std::string GridFill::CellText(const FillColumn& column, size_t first_slot, host
 
 std::string GridFill::RowText(host::Recordset& rs) const {
   std::string line;
+  line.reserve(128);
   size_t slot = 0;
   for (size_t c = 0; c < columns_.size(); ++c) {
     if (c > 0) line += '\t';

@@ -59,6 +59,7 @@ class GridFill {
   std::vector<std::string> bound_names_;
   //! Per field slot (every column's fields, in order): its position in the recordset, or -1.
   std::vector<int> positions_;
+  mutable std::vector<Variant> composed_values_;
 };
 
 }  // namespace kiv
