@@ -83,11 +83,35 @@ TEST_F(RefHostFiles, FileLockedByAnotherProgramFailsAfterTheBusyTimeout) {
   EXPECT_NO_THROW(RefHost::Open(path_));
 }
 
+TEST_F(RefHostFiles, AVersion1FileHasItsPasswordsHashedOnOpen) {
+  RefHost::Open(path_);
+  RawExec(path_,
+          "ALTER TABLE kiv_user DROP COLUMN password_hash; ALTER TABLE kiv_user ADD COLUMN password VARCHAR(40); "
+          "INSERT INTO kiv_user (user_id, password) VALUES ('OLD', 'sesame-4711'), ('NONE', NULL); "
+          "PRAGMA user_version = 1");
+  {
+    auto host = RefHost::Open(path_);
+    auto db = host->Database();
+    EXPECT_EQ(NzLong(db->QueryValue("PRAGMA user_version")), kSchemaVersion);
+    EXPECT_EQ(NzLong(db->QueryValue("SELECT COUNT(*) FROM pragma_table_info('kiv_user') WHERE name = 'password'")), 0);
+    EXPECT_TRUE(db->QueryValue("SELECT password_hash FROM kiv_user WHERE user_id = 'NONE'").IsNull());
+    EXPECT_EQ(host->SignIn("OLD", "sesame-4711")->GetConnection("")->UserPassword(), "sesame-4711");
+    EXPECT_THROW(host->SignIn("OLD", "sesame"), HostError);
+  }
+  // Reopening finds the new version; the old text is nowhere in the file.
+  EXPECT_NO_THROW(RefHost::Open(path_));
+  std::ifstream file(path_, std::ios::binary);
+  std::stringstream bytes;
+  bytes << file.rdbuf();
+  EXPECT_EQ(bytes.str().find("sesame-4711"), std::string::npos);
+}
+
 class RefHostServices : public TempDatabase {};
 
-TEST_F(RefHostServices, UsersSignInByTheirIdOnly) {
+TEST_F(RefHostServices, UsersSignInByIdAndKeepTheirPasswordInMemoryOnly) {
   EXPECT_EQ(conn_->UserID(), "CLERK");
   EXPECT_EQ(conn_->UserPassword(), "pw");
+  EXPECT_NE(NzString(Scalar("SELECT password_hash FROM kiv_user")), "pw");
   EXPECT_THROW(host_->SignIn("nobody"), HostError);
   db_->Execute("UPDATE kiv_user SET is_active = 0");
   EXPECT_THROW(host_->SignIn("CLERK"), HostError);

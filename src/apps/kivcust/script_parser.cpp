@@ -39,7 +39,7 @@ struct Shape {
 
 // Every verb with the number of words it takes after itself.
 constexpr Shape kShapes[] = {
-    {"as", 1, 1},     {"today", 1, 1},    {"call", 1, -1},  {"set", 2, 2},     {"type", 2, 2},
+    {"as", 1, 2},     {"today", 1, 1},    {"call", 1, -1},  {"set", 2, 2},     {"type", 2, 2},
     {"paste", 2, 2},  {"key", 2, 2},      {"focus", 1, 1},  {"click", 1, 2},   {"choose", 2, 2},
     {"date", 2, 2},   {"select", 2, 2},   {"edit", 4, 4},   {"dblclick", 2, 2}, {"expand", 2, 2},
     {"close", 0, 0},  {"answer", 1, 1},   {"expect", 1, 4}, {"dump", 0, 0},
