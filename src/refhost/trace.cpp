@@ -1,9 +1,10 @@
-// One readable line per traced database call.
+// One readable line per traced call, escaped so that every call stays on its own line.
 #include "refhost/trace.h"
 
 namespace kiv::refhost {
 
 namespace {
+
 std::string Show(const Variant& v) {
   switch (v.Type()) {
     case VarType::Empty:
@@ -11,7 +12,7 @@ std::string Show(const Variant& v) {
     case VarType::Null:
       return "Null";
     case VarType::String:
-      return "\"" + v.ToString() + "\"";
+      return "\"" + EscapeTraceText(v.ToString()) + "\"";
     case VarType::Bytes:
       return "<" + std::to_string(v.ToBytes().size()) + " bytes>";
     case VarType::Date:
@@ -20,16 +21,52 @@ std::string Show(const Variant& v) {
       return v.ToString();
   }
 }
+
 }  // namespace
 
+void TraceHostCall(const std::shared_ptr<TraceHook>& trace, const std::string& operation,
+                   std::vector<std::pair<std::string, Variant>> inputs,
+                   std::vector<std::pair<std::string, Variant>> outputs) {
+  if (trace == nullptr || !*trace) return;
+  TraceEvent event(operation, operation, false, std::move(inputs));
+  event.is_host = true;
+  event.outputs = std::move(outputs);
+  (*trace)(event);
+}
+
+std::string EscapeTraceText(std::string_view text) {
+  static constexpr char kHex[] = "0123456789ABCDEF";
+  std::string out;
+  out.reserve(text.size());
+  for (char c : text) {
+    const auto u = static_cast<unsigned char>(c);
+    if (c == '\\') {
+      out += "\\\\";
+    } else if (c == '\n') {
+      out += "\\n";
+    } else if (c == '\r') {
+      out += "\\r";
+    } else if (c == '\t') {
+      out += "\\t";
+    } else if (u < 0x20 || u == 0x7F) {
+      out += "\\x";
+      out += kHex[u >> 4];
+      out += kHex[u & 0xF];
+    } else {
+      out += c;
+    }
+  }
+  return out;
+}
+
 std::string FormatTraceLine(const TraceEvent& event) {
-  std::string line = event.text;
+  std::string line = EscapeTraceText(event.text);
   for (const auto& [name, value] : event.inputs) line += " " + name + "=" + Show(value);
   if (!event.outputs.empty()) {
     line += " ->";
     for (const auto& [name, value] : event.outputs) line += " " + name + "=" + Show(value);
   }
-  if (event.error) line += " !! " + event.error_text;
+  if (event.error) line += " !! " + EscapeTraceText(event.error_text);
   return line;
 }
 

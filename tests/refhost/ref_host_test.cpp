@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "refhost/schema.h"
+#include "refhost/trace.h"
 #include "temp_database.h"
 
 namespace kiv::refhost::testing {
@@ -115,6 +116,31 @@ TEST_F(RefHostServices, UsersSignInByIdAndKeepTheirPasswordInMemoryOnly) {
   EXPECT_THROW(host_->SignIn("nobody"), HostError);
   db_->Execute("UPDATE kiv_user SET is_active = 0");
   EXPECT_THROW(host_->SignIn("CLERK"), HostError);
+}
+
+TEST_F(RefHostServices, EveryHostCallIsTracedWithItsArgumentsAndAnswer) {
+  std::vector<std::string> lines;
+  host_->SetTrace([&](const TraceEvent& e) {
+    if (e.is_host) lines.push_back(FormatTraceLine(e));
+  });
+  server_->CheckPermission("CUSTADD", "Customer", "");
+  server_->CheckPermission("CCDELETE", "Customer", "Cards");
+  Variant result;
+  server_->RecordTaskActivity("CUSTEDIT", "CustDetail", "CN=5;FN=ANN SMITH;", result);
+  server_->GetErrorObject()->Display(13, "KIVCustomer.CCustomer (1.0.0) Update", "Type mismatch", false, Variant(),
+                                     Variant(), Variant(), nullptr, "");
+  server_->UserSettings()->SaveSetting("AppData", "Customer", "Top", "120");
+  server_->UserSettings()->GetSetting("AppData", "Customer", "Top", "0");
+  const std::vector<std::string> expected = {
+      "CheckPermission task_code=\"CUSTADD\" area=\"Customer\" sub_area=\"\" -> result=True",
+      "CheckPermission task_code=\"CCDELETE\" area=\"Customer\" sub_area=\"Cards\" -> result=False",
+      "RecordTaskActivity task_code=\"CUSTEDIT\" screen=\"CustDetail\" detail=\"CN=5;FN=ANN SMITH;\" -> result=True",
+      "ErrorObject.Display number=13 source=\"KIVCustomer.CCustomer (1.0.0) Update\" description=\"Type mismatch\" "
+      "extra=\"\"",
+      "SaveSetting app=\"AppData\" section=\"Customer\" key=\"Top\" value=\"120\"",
+      "GetSetting app=\"AppData\" section=\"Customer\" key=\"Top\" default=\"0\" -> value=\"120\"",
+  };
+  EXPECT_EQ(lines, expected);
 }
 
 TEST_F(RefHostServices, PermissionsAreTheUsersTaskCodes) {

@@ -252,12 +252,29 @@ TEST_F(SqliteConnectionTest, TraceShowsTheComponentsTextAndParametersInOrder) {
   EXPECT_EQ(events[1].inputs[0].first, "@customer_no");
   EXPECT_EQ(FormatTraceLine(events[1]), "KiV_SP_GetCustomer @customer_no=2 -> @RETURN_VALUE=0");
 
+  // A failure is traced, and so is its report to the error object, as a host call.
   Query("SELECT nothing FROM nowhere");
-  ASSERT_EQ(events.size(), 3u);
+  ASSERT_EQ(events.size(), 4u);
   EXPECT_TRUE(events[2].error);
+  EXPECT_FALSE(events[2].is_host);
+  EXPECT_TRUE(events[3].is_host);
+  EXPECT_EQ(events[3].text, "ErrorObject.Display");
   host_->SetTrace(nullptr);
   Query("SELECT 1");
-  EXPECT_EQ(events.size(), 3u);
+  EXPECT_EQ(events.size(), 4u);
+}
+
+TEST(TraceLine, LineBreaksAndControlCharactersCannotStartALineOfTheirOwn) {
+  TraceEvent event("ExecuteCommand", "KIV_SP_X\r\nDELETE FROM kiv_customer", true,
+                   {{"@comment_note", Variant("first\nDELETE FROM kiv_customer -- \\n\t\x01")}});
+  event.error = true;
+  event.error_text = "refused\nDROP TABLE kiv_user";
+  const std::string line = FormatTraceLine(event);
+  EXPECT_EQ(line.find_first_of("\r\n\t\x01"), std::string::npos) << line;
+  EXPECT_EQ(line,
+            "KIV_SP_X\\r\\nDELETE FROM kiv_customer @comment_note=\"first\\nDELETE FROM kiv_customer -- "
+            "\\\\n\\t\\x01\" !! refused\\nDROP TABLE kiv_user");
+  EXPECT_EQ(EscapeTraceText("plain 'text' and \"quotes\""), "plain 'text' and \"quotes\"");
 }
 
 TEST_F(SqliteConnectionTest, TextsDifferingOnlyInANumberShareOneStatement) {

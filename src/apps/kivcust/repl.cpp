@@ -80,7 +80,11 @@ void PrintHelp(std::ostream& out) {
          "  answer Yes|No|OK|Cancel\n"
          "  expect msgbox \"TEXT\" [\"TITLE\"] | expect nomsgbox | expect form = NAME\n"
          "  expect CTRL.PROP OP VALUE | expect result.PROP OP VALUE | expect result none | expect bError = true\n"
-         "  expect sql ~ TEXT | expect db \"SELECT ...\" OP VALUE      (OP: = != ~ !~ < <= > >=)\n"
+         "  expect sql ~|!~ TEXT | expect db \"SELECT ...\" OP VALUE      (OP: = != ~ !~ < <= > >=)\n"
+         "  expect host ~ TEXT [THEN...] | expect host !~ TEXT\n"
+         "      (host calls: CheckPermission, ErrorObject.Display, RecordTaskActivity, GetSetting,\n"
+         "       SaveSetting, each with its arguments and answer, as in the trace file; THEN texts\n"
+         "       must be met by later calls, in order)\n"
          "  dump | help | quit\n"
          "calls:";
   for (const auto& c : EngineCalls()) out << " " << c.name;
