@@ -1,6 +1,10 @@
 // One readable line per traced call, escaped so that every call stays on its own line.
 #include "refhost/trace.h"
 
+#include <cctype>
+
+#include "core/text.h"
+
 namespace kiv::refhost {
 
 namespace {
@@ -20,6 +24,22 @@ std::string Show(const Variant& v) {
     default:
       return v.ToString();
   }
+}
+
+// A card number shows as the masked number the database keeps (its last four digits);
+// track data and passwords show only that something was given.
+std::string ShowInput(const std::string& name, const Variant& v) {
+  if (v.IsNull() || v.IsEmpty() || v.ToString().empty()) return Show(v);
+  if (EqualsNoCase(name, "@card_no")) {
+    std::string digits;
+    for (char c : v.ToString())
+      if (std::isdigit(static_cast<unsigned char>(c))) digits.push_back(c);
+    if (digits.size() <= 4) return "\"" + std::string(digits.size(), 'X') + "\"";
+    return "\"" + std::string(digits.size() - 4, 'X') + digits.substr(digits.size() - 4) + "\"";
+  }
+  if (EqualsNoCase(name, "@track_1") || EqualsNoCase(name, "@track_2")) return "<track data withheld>";
+  if (UCase(name).find("PASSWORD") != std::string::npos) return "<withheld>";
+  return Show(v);
 }
 
 }  // namespace
@@ -61,7 +81,7 @@ std::string EscapeTraceText(std::string_view text) {
 
 std::string FormatTraceLine(const TraceEvent& event) {
   std::string line = EscapeTraceText(event.text);
-  for (const auto& [name, value] : event.inputs) line += " " + name + "=" + Show(value);
+  for (const auto& [name, value] : event.inputs) line += " " + name + "=" + ShowInput(name, value);
   if (!event.outputs.empty()) {
     line += " ->";
     for (const auto& [name, value] : event.outputs) line += " " + name + "=" + Show(value);

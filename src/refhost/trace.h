@@ -53,7 +53,8 @@ std::string EscapeTraceText(std::string_view text);
 
 //! One line for a trace file: the text, then " name=value" for each input, " -> name=value"
 //! for each output, and " !! reason" on failure. Text values are quoted; everything written
-//! is escaped as EscapeTraceText does.
+//! is escaped as EscapeTraceText does. A card number is written masked (last four digits
+//! only), track data and passwords not at all.
 std::string FormatTraceLine(const TraceEvent& event);
 
 }  // namespace kiv::refhost

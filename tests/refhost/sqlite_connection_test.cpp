@@ -264,6 +264,22 @@ TEST_F(SqliteConnectionTest, TraceShowsTheComponentsTextAndParametersInOrder) {
   EXPECT_EQ(events.size(), 4u);
 }
 
+TEST(TraceLine, CardNumbersTrackDataAndPasswordsNeverReachATraceLine) {
+  TraceEvent event("ExecuteCommand", "KIV_SP_CUSTOMER_InsertCreditCard", true,
+                   {{"@card_no", Variant("4111 1111 1111 1111")},
+                    {"@track_1", Variant("%B4111111111111111^SMITH/ANN^29121010000?")},
+                    {"@track_2", Variant(";4111111111111111=29121010000?")},
+                    {"@x_card_no", Variant("XXXXXXXXXXXX1111")},
+                    {"@kiv_password", Variant("sesame")},
+                    {"@zip", Variant("")}});
+  const std::string line = FormatTraceLine(event);
+  EXPECT_EQ(line.find("41111111"), std::string::npos) << line;
+  EXPECT_EQ(line.find("sesame"), std::string::npos) << line;
+  EXPECT_EQ(line,
+            "KIV_SP_CUSTOMER_InsertCreditCard @card_no=\"XXXXXXXXXXXX1111\" @track_1=<track data withheld> "
+            "@track_2=<track data withheld> @x_card_no=\"XXXXXXXXXXXX1111\" @kiv_password=<withheld> @zip=\"\"");
+}
+
 TEST(TraceLine, LineBreaksAndControlCharactersCannotStartALineOfTheirOwn) {
   TraceEvent event("ExecuteCommand", "KIV_SP_X\r\nDELETE FROM kiv_customer", true,
                    {{"@comment_note", Variant("first\nDELETE FROM kiv_customer -- \\n\t\x01")}});
