@@ -119,7 +119,7 @@ int RunProgram(int argc, char** argv) {
   app.add_option("--db", db, "customer database file (default: " + DefaultDatabasePath() + ", built on first use)");
   app.add_option("--user", user, "sign in as this user")->capture_default_str();
   app.add_option("--password", password, "the user's password (default: the demo users' one; \"\" signs in without)");
-  app.add_option("--trace", trace, "write one line per database call to this file");
+  app.add_option("--trace", trace, "write one line per call on the host (database, rights, errors, settings) to this file");
   app.add_option("--today", today, "fix today's date (YYYY-MM-DD)");
 
   InitOptions init;
