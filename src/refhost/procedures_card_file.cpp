@@ -19,13 +19,14 @@ void GetCC(ProcedureCall& call) {
                   {Variant(call.Long("@customer_no"))});
 }
 
+// A card's audit columns name the signed-in user, not whatever "@kiv_user" the call carries.
 void UpdateCreditCard(ProcedureCall& call) {
   SqliteDatabase& db = call.Db();
   Variant now(db.Now());
   int changed = db.Execute(
       "UPDATE kiv_customer_cc SET is_active = ?, modified_by = ?, modified_on = ? WHERE customer_no = ? AND "
       "card_seq_no = ?",
-      {Variant(call.Bool("@is_active")), call.In("@kiv_user"), now, Variant(call.Long("@customer_no")),
+      {Variant(call.Bool("@is_active")), Variant(call.User()), now, Variant(call.Long("@customer_no")),
        Variant(call.Long("@card_seq_no"))});
   if (changed == 0) return Refuse(call, "The card on file was not found.");
   call.Out("@modified_on", now);

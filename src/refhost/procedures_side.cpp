@@ -66,12 +66,13 @@ void InsertCreditCard(ProcedureCall& call) {
   int32_t seq = NzLong(db.QueryValue("SELECT IFNULL(MAX(card_seq_no), 0) + 1 FROM kiv_customer_cc WHERE customer_no = ?",
                                      {Variant(customer_no)}));
   Variant active = call.IsNull("@is_active") ? Variant(true) : Variant(call.Bool("@is_active"));
+  // The audit columns name the signed-in user, not whatever "@kiv_user" the call carries.
   db.Execute("INSERT INTO kiv_customer_cc (customer_no, card_seq_no, x_card_no, last_four, exp_date, Zip, Address, "
              "pay_method_id, is_active, created_by, create_date, modified_by, modified_on) "
              "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
              {Variant(customer_no), Variant(seq), Variant(masked), Variant(last_four), call.In("@exp_date"),
-              call.In("@zip"), call.In("@address"), call.In("@pay_method_id"), active, call.In("@kiv_user"),
-              Variant(db.Now()), call.In("@kiv_user"), Variant(db.Now())});
+              call.In("@zip"), call.In("@address"), call.In("@pay_method_id"), active, Variant(call.User()),
+              Variant(db.Now()), Variant(call.User()), Variant(db.Now())});
   call.Out("@card_seq_no", Variant(seq));
   Succeed(call);
 }

@@ -205,7 +205,7 @@ TEST_F(ProceduresTest, CardsKeepOnlyTheMaskedNumberAndLastFourDigits) {
                                                                   {"@card_no", Variant(card_no)},
                                                                   {"@exp_date", Variant("12/29")},
                                                                   {"@x_card_no", Variant(masked)},
-                                                                  {"@kiv_user", Variant("CLERK")},
+                                                                  {"@kiv_user", Variant("MANAGER")},
                                                                   {"@is_active", Variant(true)}});
     EXPECT_TRUE(Run(command));
     return command;
@@ -228,6 +228,9 @@ TEST_F(ProceduresTest, CardsKeepOnlyTheMaskedNumberAndLastFourDigits) {
         EXPECT_EQ(value.ToString().find("550000000000"), std::string::npos);
       }
   EXPECT_EQ(NzString(Scalar("SELECT x_card_no FROM kiv_customer_cc WHERE card_seq_no = 2")), "XXXXXXXXXXXX0004");
+  // The card is the signed-in user's entry, whatever name the call carries.
+  EXPECT_EQ(NzString(Scalar("SELECT created_by || '/' || modified_by FROM kiv_customer_cc WHERE card_seq_no = 1")),
+            "CLERK/CLERK");
 
   auto read = Rows(Procedure("KIV_SP_CUSTOMER_GetCustomerCC", {{"@household_no", Variant(no)},
                                                                {"@customer_no", Variant(no)},
