@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "refhost/password_hash.h"
+
 namespace kiv::refhost {
 namespace {
 
@@ -387,11 +389,12 @@ void DemoBuilder::FillUsers() {
   static constexpr std::array<sv, 11> kCodes = {"CUSTADD",     "CUSTADDCOMP",     "CUSTEDIT",     "CUSTACTEDIT",
                                                 "CCDELETE",    "CUSTSHOWFORECAS", "CUSTSHOWCLUB", "CUSTDEDUP",
                                                 "CUSTEDITWRSVP", "CUSTEDITCOMP",  "CUSTEDITPROFILE"};
-  Insert user(db_, "INSERT INTO kiv_user (user_id, full_name, password, is_active) VALUES (?,?,?,1)");
+  Insert user(db_, "INSERT INTO kiv_user (user_id, full_name, password_hash, is_active) VALUES (?,?,?,1)");
   Insert grant(db_, "INSERT INTO kiv_user_permission (user_id, task_code) VALUES (?,?)");
-  user.Text(kDemoManager).Text("Demo Manager").Text(kDemoPassword).Run();
-  user.Text(kDemoClerk).Text("Demo Clerk").Text(kDemoPassword).Run();
-  user.Text(kDemoViewer).Text("Demo Viewer").Text(kDemoPassword).Run();
+  // Each user's hash has its own salt; hashing costs a tenth of a second, so once per user.
+  user.Text(kDemoManager).Text("Demo Manager").Text(HashPassword(kDemoPassword)).Run();
+  user.Text(kDemoClerk).Text("Demo Clerk").Text(HashPassword(kDemoPassword)).Run();
+  user.Text(kDemoViewer).Text("Demo Viewer").Text(HashPassword(kDemoPassword)).Run();
   for (sv code : kCodes) {
     grant.Text(kDemoManager).Text(code).Run();
     if (code != "CUSTADDCOMP" && code != "CUSTEDITCOMP" && code != "CCDELETE") grant.Text(kDemoClerk).Text(code).Run();

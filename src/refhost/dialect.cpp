@@ -121,6 +121,12 @@ bool EndsWithComparison(const std::string& out) {
   return i > 0 && (out[i - 1] == '=' || out[i - 1] == '<' || out[i - 1] == '>');
 }
 
+// Ends the SELECT copied so far with its row limit, blanks before it dropped.
+void AppendLimit(std::string& out, const std::string& count) {
+  while (!out.empty() && std::isspace(static_cast<unsigned char>(out.back()))) out.pop_back();
+  out.append(" LIMIT ").append(count);
+}
+
 }  // namespace
 
 ParameterizedSql ParameterizeLiterals(std::string sql) {
@@ -151,8 +157,9 @@ ParameterizedSql ParameterizeLiterals(std::string sql) {
       i = end;
       continue;
     }
-    if (c == '?' || c == ':' || c == '@' || c == '$') {
-      // The text numbers parameters of its own; ours would shift them.
+    if (c == '?' || c == ':' || c == '@' || c == '$' || c == '#') {
+      // The text has parameters of its own (SQLite reads ?NNN, :name, @name, $name and
+      // #name); ours would be numbered past or between them and bound into the wrong slots.
       result.values.clear();
       result.text = std::move(sql);
       return result;
@@ -200,7 +207,14 @@ std::string TranslateSql(std::string_view s) {
   if (!MayNeedRewrite(s)) return std::string(s);
   std::string out;
   out.reserve(s.size() + 16);
-  std::string limit;
+  // Each SELECT with a TOP keeps its count until its own end: the closing parenthesis of its
+  // subquery, or the end of the text for the outermost one.
+  struct PendingLimit {
+    int depth;
+    std::string count;
+  };
+  std::vector<PendingLimit> limits;
+  int depth = 0;
   std::string last_word;  // the previous keyword or name, upper-cased
   std::string upper;      // the current word, upper-cased
   size_t i = 0;
@@ -239,6 +253,18 @@ std::string TranslateSql(std::string_view s) {
       }
       out.push_back(c);
       ++i;
+      ++depth;
+      last_word.clear();
+      continue;
+    }
+    if (c == ')') {
+      if (!limits.empty() && limits.back().depth == depth) {
+        AppendLimit(out, limits.back().count);
+        limits.pop_back();
+      }
+      out.push_back(c);
+      ++i;
+      if (depth > 0) --depth;
       last_word.clear();
       continue;
     }
@@ -266,14 +292,15 @@ std::string TranslateSql(std::string_view s) {
     bool call = next < s.size() && s[next] == '(';
 
     if (upper == "N" && i < s.size() && s[i] == '\'') continue;  // N'text' is plain text here
-    if (upper == "TOP" && limit.empty() && (last_word == "SELECT" || last_word == "DISTINCT")) {
+    const bool has_limit = !limits.empty() && limits.back().depth == depth;
+    if (upper == "TOP" && !has_limit && (last_word == "SELECT" || last_word == "DISTINCT")) {
       size_t j = next;
       bool paren = j < s.size() && s[j] == '(';
       if (paren) j = SkipBlanks(s, j + 1);
       size_t digits = j;
       while (j < s.size() && std::isdigit(static_cast<unsigned char>(s[j]))) ++j;
       if (j > digits) {
-        limit.assign(s.substr(digits, j - digits));
+        limits.push_back({depth, std::string(s.substr(digits, j - digits))});
         if (paren) {
           j = SkipBlanks(s, j);
           if (j < s.size() && s[j] == ')') ++j;
@@ -309,11 +336,12 @@ std::string TranslateSql(std::string_view s) {
     }
     last_word = upper;
   }
-  if (!limit.empty()) {
-    while (!out.empty() && (out.back() == ' ' || out.back() == ';' || out.back() == '\n' || out.back() == '\r' ||
-                            out.back() == '\t'))
+  // What is still open (the outermost SELECT, or a subquery left unclosed) ends with the text.
+  while (!limits.empty()) {
+    while (!out.empty() && (out.back() == ';' || std::isspace(static_cast<unsigned char>(out.back()))))
       out.pop_back();
-    out.append(" LIMIT ").append(limit);
+    AppendLimit(out, limits.back().count);
+    limits.pop_back();
   }
   return out;
 }

@@ -8,7 +8,8 @@
 
 namespace kiv::refhost {
 
-//! `SELECT TOP n` becomes a trailing `LIMIT n`; lock hints (`with(nolock)`, `(nolock)`) are
+//! `SELECT TOP n` becomes `LIMIT n` at the end of that SELECT (before the parenthesis closing
+//! its subquery, or at the end of the text); lock hints (`with(nolock)`, `(nolock)`) are
 //! dropped; `ISNULL(` becomes `IFNULL(`, `LEN(` becomes `LENGTH(`, `GETDATE()` the host's
 //! clock, `[name]` a quoted name and `N'text'` plain text. Literals and comments are copied
 //! untouched.
@@ -25,7 +26,7 @@ struct ParameterizedSql {
 //! differ only in such numbers share one prepared statement. Left as they are: numbers in a
 //! SELECT's result columns (they name the column), ORDER BY positions, LIMIT counts, decimals,
 //! numbers beyond 64 bits, digits inside names, literals and comments. A text holding a
-//! parameter of its own (`?`, `:`, `@`, `$` outside quotes) keeps every number.
+//! parameter of its own (`?`, `:`, `@`, `$`, `#` outside quotes) keeps every number.
 ParameterizedSql ParameterizeLiterals(std::string translated);
 
 }  // namespace kiv::refhost

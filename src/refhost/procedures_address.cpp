@@ -2,6 +2,7 @@
 // sequence and keeping the customer-to-address row in step), delete one.
 #include <string>
 
+#include "refhost/procedure_helpers.h"
 #include "refhost/procedure_registry.h"
 #include "refhost/sequences.h"
 #include "refhost/sqlite_database.h"
@@ -16,12 +17,6 @@ void GetAddress(ProcedureCall& call) {
                   {Variant(call.Long("@address_no"))});
 }
 
-// Refusals are answered through the return value and the message, as the caller expects.
-void Refuse(ProcedureCall& call, const std::string& message) {
-  call.Return(-1);
-  call.Out("@message", Variant(message));
-}
-
 void UpdateAddress(ProcedureCall& call) {
   SqliteDatabase& db = call.Db();
   std::string type = call.Text("@address_type");
@@ -29,8 +24,7 @@ void UpdateAddress(ProcedureCall& call) {
   int32_t address_no = call.Long("@address_no");
   if (type.empty()) return Refuse(call, "An address needs an address type.");
   if (customer_no == 0) return Refuse(call, "An address needs the customer it belongs to.");
-  if (db.QueryValue("SELECT 1 FROM kiv_customer WHERE customer_no = ?", {Variant(customer_no)}).IsNull())
-    return Refuse(call, "Customer " + std::to_string(customer_no) + " does not exist.");
+  if (!CustomerExists(db, customer_no)) return Refuse(call, NoSuchCustomer(customer_no));
 
   // The address columns in table order after the number, each from its parameter.
   std::vector<Variant> values;
@@ -67,7 +61,7 @@ void UpdateAddress(ProcedureCall& call) {
                "(SELECT customer_no FROM kiv_customer_address WHERE address_no = ?1)",
                {Variant(address_no)});
   call.Out("@address_no", Variant(address_no));
-  call.Out("@message", Variant(""));
+  Succeed(call);
 }
 
 void DeleteAddress(ProcedureCall& call) {

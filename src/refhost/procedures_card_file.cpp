@@ -2,6 +2,7 @@
 // switch one on or off, delete one (an active card asks for confirmation first).
 #include <string>
 
+#include "refhost/procedure_helpers.h"
 #include "refhost/procedure_registry.h"
 #include "refhost/sqlite_database.h"
 
@@ -9,19 +10,8 @@ namespace kiv::refhost {
 
 namespace {
 
-void Refuse(ProcedureCall& call, const std::string& message) {
-  call.Return(-1);
-  call.Out("@message", Variant(message));
-}
-
-void CheckPassword(ProcedureCall& call) {
-  Variant stored = call.Db().QueryValue("SELECT password FROM kiv_user WHERE user_id = ?", {call.In("@kiv_user")});
-  if (!stored.IsNull() && stored.ToString() != call.Text("@kiv_password"))
-    call.Raise("The user name or password given for reading cards on file is not valid.");
-}
-
 void GetCC(ProcedureCall& call) {
-  CheckPassword(call);
+  RequireCardReader(call);
   // The full number is never stored, so cc_card_no is always null and the masked number shows.
   call.ReturnRows("SELECT customer_no, card_seq_no, x_card_no, NULL AS cc_card_no, last_four, is_active, "
                   "pay_method_id AS Pay_Method_ID, exp_date, Zip, Address, modified_on FROM kiv_customer_cc "
@@ -29,17 +19,18 @@ void GetCC(ProcedureCall& call) {
                   {Variant(call.Long("@customer_no"))});
 }
 
+// A card's audit columns name the signed-in user, not whatever "@kiv_user" the call carries.
 void UpdateCreditCard(ProcedureCall& call) {
   SqliteDatabase& db = call.Db();
   Variant now(db.Now());
   int changed = db.Execute(
       "UPDATE kiv_customer_cc SET is_active = ?, modified_by = ?, modified_on = ? WHERE customer_no = ? AND "
       "card_seq_no = ?",
-      {Variant(call.Bool("@is_active")), call.In("@kiv_user"), now, Variant(call.Long("@customer_no")),
+      {Variant(call.Bool("@is_active")), Variant(call.User()), now, Variant(call.Long("@customer_no")),
        Variant(call.Long("@card_seq_no"))});
   if (changed == 0) return Refuse(call, "The card on file was not found.");
   call.Out("@modified_on", now);
-  call.Out("@message", Variant(""));
+  Succeed(call);
 }
 
 void DeleteCreditCard(ProcedureCall& call) {
@@ -53,7 +44,7 @@ void DeleteCreditCard(ProcedureCall& call) {
     return;
   }
   db.Execute("DELETE FROM kiv_customer_cc WHERE customer_no = ? AND card_seq_no = ?", key);
-  call.Out("@message", Variant(""));
+  Succeed(call);
 }
 
 }  // namespace

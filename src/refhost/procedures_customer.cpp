@@ -2,6 +2,7 @@
 // refuse to while activity refers to the customer), and the stored has-flags.
 #include <string>
 
+#include "refhost/procedure_helpers.h"
 #include "refhost/procedure_registry.h"
 #include "refhost/procedure_sql.h"
 #include "refhost/sequences.h"
@@ -10,18 +11,6 @@
 namespace kiv::refhost {
 
 namespace {
-
-// A zero date is how the component says "no date".
-Variant DateOrNull(const Variant& v) {
-  if (v.IsNull() || v.IsEmpty()) return Variant::Null();
-  Date d = v.ToDate();
-  if (d.IsZero()) return Variant::Null();
-  return Variant(d);
-}
-
-bool CustomerExists(SqliteDatabase& db, int32_t customer_no) {
-  return !db.QueryValue("SELECT 1 FROM kiv_customer WHERE customer_no = ?", {Variant(customer_no)}).IsNull();
-}
 
 void GetCustomer(ProcedureCall& call) {
   call.ReturnRows(std::string("SELECT ") + kCustomerColumns + ", " + kHasFlagColumns +
@@ -74,7 +63,7 @@ void UpdateCustomer(ProcedureCall& call) {
   int32_t customer_no = call.Long("@customer_no");
   const bool inserting = customer_no == 0;
   if (!inserting && !CustomerExists(db, customer_no))
-    call.Raise("Customer " + std::to_string(customer_no) + " does not exist.");
+    call.Raise(NoSuchCustomer(customer_no));
   if (inserting) customer_no = NextSequenceNo(db, "seq_customer_no");
 
   std::vector<Variant> values;
@@ -121,7 +110,7 @@ void UpdateCustomer(ProcedureCall& call) {
     db.Execute("UPDATE kiv_customer SET " + sets + " WHERE customer_no = ?", values);
   }
   call.Out("@customer_no", Variant(customer_no));
-  call.Out("@message", Variant(""));
+  Succeed(call);
 }
 
 std::string Count(SqliteDatabase& db, const char* sql, int32_t customer_no, const char* one, const char* many) {
@@ -133,7 +122,7 @@ std::string Count(SqliteDatabase& db, const char* sql, int32_t customer_no, cons
 void DeleteCustomer(ProcedureCall& call) {
   SqliteDatabase& db = call.Db();
   int32_t customer_no = call.Long("@customer_no");
-  if (!CustomerExists(db, customer_no)) call.Raise("Customer " + std::to_string(customer_no) + " does not exist.");
+  RaiseUnlessCustomer(call, customer_no);
   std::string refs;
   for (const std::string& part :
        {Count(db, "SELECT COUNT(*) FROM kiv_sales_order WHERE customer_no = ?1 OR for_customer_no = ?1", customer_no,
@@ -178,7 +167,7 @@ void UpdateCustomerHas(ProcedureCall& call) {
   int32_t customer_no = call.Long("@customer_no");
   auto rows = db.QueryRows(std::string("SELECT ") + kHasFlagColumns + " FROM kiv_customer c WHERE c.customer_no = ?",
                            {Variant(customer_no)});
-  if (rows.empty()) call.Raise("Customer " + std::to_string(customer_no) + " does not exist.");
+  if (rows.empty()) call.Raise(NoSuchCustomer(customer_no));
   const auto& f = rows[0];
   db.Execute(
       "UPDATE kiv_customer SET has_willcall = ?, has_reservation = ?, has_so = ?, has_club = ?, has_relationship = ? "

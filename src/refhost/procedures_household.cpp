@@ -2,6 +2,7 @@
 // Family relationships (every type but EMPLOYEE) put the child in the parent's household.
 #include <string>
 
+#include "refhost/procedure_helpers.h"
 #include "refhost/procedure_registry.h"
 #include "refhost/procedure_sql.h"
 #include "refhost/sequences.h"
@@ -10,15 +11,6 @@
 namespace kiv::refhost {
 
 namespace {
-
-void Refuse(ProcedureCall& call, const std::string& message) {
-  call.Return(-1);
-  call.Out("@message", Variant(message));
-}
-
-bool CustomerExists(SqliteDatabase& db, int32_t customer_no) {
-  return !db.QueryValue("SELECT 1 FROM kiv_customer WHERE customer_no = ?", {Variant(customer_no)}).IsNull();
-}
 
 int32_t HouseholdOf(SqliteDatabase& db, int32_t customer_no) {
   int32_t household = NzLong(db.QueryValue("SELECT household_no FROM kiv_customer WHERE customer_no = ?",
@@ -34,7 +26,7 @@ void JoinHousehold(SqliteDatabase& db, int32_t parent, int32_t child) {
 void UpdateHouseholdPrimary(ProcedureCall& call) {
   SqliteDatabase& db = call.Db();
   int32_t no = call.Long("@customer_no");
-  if (!CustomerExists(db, no)) call.Raise("Customer " + std::to_string(no) + " does not exist.");
+  RaiseUnlessCustomer(call, no);
   db.Execute("UPDATE kiv_customer SET household_no = customer_no, household_primary = 1 WHERE customer_no = ?",
              {Variant(no)});
 }
@@ -54,7 +46,7 @@ void UpdateRelationship(ProcedureCall& call) {
   db.Execute("INSERT INTO kiv_customer_rel (parent_customer_no, child_customer_no, rel_type_id) VALUES (?, ?, ?)",
              {Variant(parent), Variant(child), Variant(type)});
   if (type != "EMPLOYEE") JoinHousehold(db, parent, child);
-  call.Out("@message", Variant(""));
+  Succeed(call);
 }
 
 void DeleteRelationship(ProcedureCall& call) {
@@ -68,7 +60,7 @@ void DeleteRelationship(ProcedureCall& call) {
   db.Execute("UPDATE kiv_customer SET household_no = customer_no, household_primary = 1 WHERE customer_no = ? AND "
              "household_no = ? AND customer_no <> household_no",
              {Variant(child), Variant(HouseholdOf(db, parent))});
-  call.Out("@message", Variant(""));
+  Succeed(call);
 }
 
 // New family member of a customer: a person in the parent's household, related to the parent.
@@ -76,14 +68,13 @@ void AddFamily(ProcedureCall& call) {
   SqliteDatabase& db = call.Db();
   int32_t parent = call.Long("@customer_no");
   std::string type = call.Text("@rel_type_id");
-  if (!CustomerExists(db, parent)) return Refuse(call, "Customer " + std::to_string(parent) + " does not exist.");
+  if (!CustomerExists(db, parent)) return Refuse(call, NoSuchCustomer(parent));
   if (type.empty()) return Refuse(call, "A family member needs a relationship.");
   if (call.Text("@last_name").empty()) return Refuse(call, "A family member needs a last name.");
   int32_t household = call.Long("@household_no");
   if (household == 0) household = HouseholdOf(db, parent);
   int32_t no = NextSequenceNo(db, "seq_customer_no");
-  Variant dob = call.In("@dob");
-  if (!dob.IsNull() && dob.ToDate().IsZero()) dob = Variant::Null();
+  Variant dob = DateOrNull(call.In("@dob"));
   Variant now(db.Now());
   db.Execute("INSERT INTO kiv_customer (customer_no, last_name, first_name, full_name, DOB, Gender, Zip, "
              "customer_type, household_no, household_primary, created_by, create_date, modified_by, modified_date) "
@@ -93,7 +84,7 @@ void AddFamily(ProcedureCall& call) {
   db.Execute("INSERT INTO kiv_customer_rel (parent_customer_no, child_customer_no, rel_type_id) VALUES (?, ?, ?)",
              {Variant(parent), Variant(no), Variant(type)});
   call.Out("@new_customer_no", Variant(no));
-  call.Out("@message", Variant(""));
+  Succeed(call);
 }
 
 void UpdateEmployer(ProcedureCall& call) {
@@ -108,7 +99,7 @@ void UpdateEmployer(ProcedureCall& call) {
              "DO UPDATE SET is_active = excluded.is_active, comment_note = excluded.comment_note",
              {Variant(employee), Variant(call.Long("@fiscal_year")), Variant(employer), Variant(active),
               call.In("@comment_note")});
-  call.Out("@message", Variant(""));
+  Succeed(call);
 }
 
 void DeleteEmployer(ProcedureCall& call) {
@@ -163,7 +154,7 @@ void Dedup(ProcedureCall& call) {
   db.Execute("DELETE FROM kiv_customer_employer WHERE employer_customer_no = ?", {Variant(old_no)});
   db.Execute("DELETE FROM kiv_customer_profile WHERE CUSTOMER_NO = ?", {Variant(old_no)});
   db.Execute("DELETE FROM kiv_customer WHERE customer_no = ?", {Variant(old_no)});
-  call.Out("@message", Variant(""));
+  Succeed(call);
 }
 
 void GetProfiles(ProcedureCall& call) {

@@ -21,6 +21,15 @@ std::string AsciiLower(std::string text) {
   return text;
 }
 
+// The upper bound of a folded prefix under NOCASE: raising "@" gives "A", which the collation
+// reads as "a" and so would take in [ \ ] ^ _ and the backquote; the next text past "@" that
+// NOCASE keeps apart is "[".
+std::string FoldedPrefixEnd(const std::string& lower) {
+  std::string end = PrefixEnd(lower);
+  if (!end.empty() && end.back() >= 'A' && end.back() <= 'Z') end.back() = '[';
+  return end;
+}
+
 struct Where {
   std::string sql;
   std::vector<Variant> args;
@@ -32,7 +41,7 @@ struct Where {
   void AddPrefix(const std::string& column, const Variant& text) {
     if (text.IsNull()) return;
     std::string lower = AsciiLower(text.ToString());
-    Add(column + " >= ? AND " + column + " < ?", {Variant(lower), Variant(PrefixEnd(lower))});
+    Add(column + " >= ? AND " + column + " < ?", {Variant(lower), Variant(FoldedPrefixEnd(lower))});
   }
 };
 
@@ -79,7 +88,7 @@ void Criteria(const ProcedureCall& call, Where& where) {
     where.Add("EXISTS (SELECT 1 FROM kiv_customer_employer e JOIN kiv_customer x ON x.customer_no = "
               "e.employer_customer_no WHERE e.customer_no = c.customer_no AND x.company_name >= ? AND "
               "x.company_name < ?)",
-              {Variant(lower), Variant(PrefixEnd(lower))});
+              {Variant(lower), Variant(FoldedPrefixEnd(lower))});
   }
   Variant club = call.Criterion("@club_id");
   Variant member = call.Criterion("@member_id");

@@ -3,21 +3,13 @@
 #include <cctype>
 #include <string>
 
+#include "refhost/procedure_helpers.h"
 #include "refhost/procedure_registry.h"
 #include "refhost/sqlite_database.h"
 
 namespace kiv::refhost {
 
 namespace {
-
-bool CustomerExists(SqliteDatabase& db, int32_t customer_no) {
-  return !db.QueryValue("SELECT 1 FROM kiv_customer WHERE customer_no = ?", {Variant(customer_no)}).IsNull();
-}
-
-void Refuse(ProcedureCall& call, const std::string& message) {
-  call.Return(-1);
-  call.Out("@message", Variant(message));
-}
 
 std::string Digits(std::string_view text) {
   std::string digits;
@@ -43,11 +35,7 @@ std::string NumberFromTracks(const std::string& track1, const std::string& track
 }
 
 void GetCustomerCC(ProcedureCall& call) {
-  SqliteDatabase& db = call.Db();
-  // Card details are shown only to a signed-on user whose password matches.
-  Variant stored = db.QueryValue("SELECT password FROM kiv_user WHERE user_id = ?", {call.In("@kiv_user")});
-  if (!stored.IsNull() && stored.ToString() != call.Text("@kiv_password"))
-    call.Raise("The user name or password given for reading cards on file is not valid.");
+  RequireCardReader(call);
   const char* columns =
       "SELECT customer_no, card_seq_no, x_card_no, x_card_no AS cc_card_no, last_four, exp_date, Zip, Address, "
       "pay_method_id, is_active FROM kiv_customer_cc";
@@ -66,8 +54,7 @@ void GetCustomerCC(ProcedureCall& call) {
 void InsertCreditCard(ProcedureCall& call) {
   SqliteDatabase& db = call.Db();
   int32_t customer_no = call.Long("@customer_no");
-  if (!CustomerExists(db, customer_no))
-    return Refuse(call, "Customer " + std::to_string(customer_no) + " does not exist.");
+  if (!CustomerExists(db, customer_no)) return Refuse(call, NoSuchCustomer(customer_no));
   std::string number = Digits(call.Text("@card_no"));
   if (number.empty()) number = NumberFromTracks(call.Text("@track_1"), call.Text("@track_2"));
   if (number.size() < 12 || number.size() > 19) return Refuse(call, "The card number is not valid.");
@@ -79,14 +66,15 @@ void InsertCreditCard(ProcedureCall& call) {
   int32_t seq = NzLong(db.QueryValue("SELECT IFNULL(MAX(card_seq_no), 0) + 1 FROM kiv_customer_cc WHERE customer_no = ?",
                                      {Variant(customer_no)}));
   Variant active = call.IsNull("@is_active") ? Variant(true) : Variant(call.Bool("@is_active"));
+  // The audit columns name the signed-in user, not whatever "@kiv_user" the call carries.
   db.Execute("INSERT INTO kiv_customer_cc (customer_no, card_seq_no, x_card_no, last_four, exp_date, Zip, Address, "
              "pay_method_id, is_active, created_by, create_date, modified_by, modified_on) "
              "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
              {Variant(customer_no), Variant(seq), Variant(masked), Variant(last_four), call.In("@exp_date"),
-              call.In("@zip"), call.In("@address"), call.In("@pay_method_id"), active, call.In("@kiv_user"),
-              Variant(db.Now()), call.In("@kiv_user"), Variant(db.Now())});
+              call.In("@zip"), call.In("@address"), call.In("@pay_method_id"), active, Variant(call.User()),
+              Variant(db.Now()), Variant(call.User()), Variant(db.Now())});
   call.Out("@card_seq_no", Variant(seq));
-  call.Out("@message", Variant(""));
+  Succeed(call);
 }
 
 int16_t DefaultRange(SqliteDatabase& db, const char* table, const char* column) {
@@ -120,8 +108,7 @@ void AlertGet(ProcedureCall& call) {
 void AlertUpdate(ProcedureCall& call) {
   SqliteDatabase& db = call.Db();
   int32_t customer_no = call.Long("@customer_no");
-  if (!CustomerExists(db, customer_no))
-    return Refuse(call, "Customer " + std::to_string(customer_no) + " does not exist.");
+  if (!CustomerExists(db, customer_no)) return Refuse(call, NoSuchCustomer(customer_no));
   db.Execute(
       "INSERT INTO kiv_customer_alert (customer_no, Allergies, Medications, special_needs, child_full_name, "
       "cell_phone_contact, responsible_adult_1_name, responsible_adult_2_name) VALUES (?, ?, ?, ?, ?, ?, ?, ?) "
@@ -137,7 +124,7 @@ void AlertUpdate(ProcedureCall& call) {
       "ON CONFLICT (customer_no) DO UPDATE SET guest_height_range = excluded.guest_height_range, "
       "guest_weight_range = excluded.guest_weight_range",
       {Variant(customer_no), call.In("@guest_height_range"), call.In("@guest_weight_range")});
-  call.Out("@message", Variant(""));
+  Succeed(call);
 }
 
 void GetGroupMembers(ProcedureCall& call) {
@@ -156,18 +143,18 @@ void InsertGroupMembership(ProcedureCall& call) {
   SqliteDatabase& db = call.Db();
   int32_t customer_no = call.Long("@customer_no");
   std::string group = call.Text("@customer_group_id");
-  if (!CustomerExists(db, customer_no)) return Refuse(call, "Customer " + std::to_string(customer_no) + " does not exist.");
+  if (!CustomerExists(db, customer_no)) return Refuse(call, NoSuchCustomer(customer_no));
   if (db.QueryValue("SELECT 1 FROM kiv_customer_group WHERE customer_group_id = ?", {Variant(group)}).IsNull())
     return Refuse(call, "The customer group '" + group + "' does not exist.");
   db.Execute("INSERT OR IGNORE INTO kiv_customer_group_member (customer_group_id, customer_no) VALUES (?, ?)",
              {Variant(group), Variant(customer_no)});
-  call.Out("@message", Variant(""));
+  Succeed(call);
 }
 
 void DeleteGroupMembership(ProcedureCall& call) {
   call.Db().Execute("DELETE FROM kiv_customer_group_member WHERE customer_group_id = ? AND customer_no = ?",
                     {call.In("@customer_group_id"), Variant(call.Long("@customer_no"))});
-  call.Out("@message", Variant(""));
+  Succeed(call);
 }
 
 void GetClubMembership(ProcedureCall& call) {

@@ -9,10 +9,11 @@ RefAppServer::RefAppServer(std::shared_ptr<SqliteDatabase> db, std::string user_
                            std::shared_ptr<TraceHook> trace)
     : db_(std::move(db)),
       user_id_(std::move(user_id)),
+      trace_(trace ? std::move(trace) : std::make_shared<TraceHook>()),
       connection_(std::make_shared<SqliteConnection>(db_, user_id_, std::move(password), ProcedureRegistry::Standard(),
-                                                     std::move(trace))),
-      error_object_(std::make_shared<RefErrorObject>(db_, user_id_)),
-      settings_(std::make_shared<SqliteSettingsStore>(db_, user_id_)) {
+                                                     trace_)),
+      error_object_(std::make_shared<RefErrorObject>(db_, user_id_, trace_)),
+      settings_(std::make_shared<SqliteSettingsStore>(db_, user_id_, trace_)) {
   connection_->SetErrorObject(error_object_);
 }
 
@@ -27,12 +28,20 @@ void RefAppServer::RecordTaskActivity(const std::string& task_code, const std::s
   } catch (const HostError&) {
     result = Variant(false);
   }
+  TraceHostCall(trace_, "RecordTaskActivity",
+                {{"task_code", Variant(task_code)}, {"screen", Variant(screen)}, {"detail", Variant(detail)}},
+                {{"result", result}});
 }
 
-Variant RefAppServer::CheckPermission(const std::string& task_code, const std::string&, const std::string&) {
+Variant RefAppServer::CheckPermission(const std::string& task_code, const std::string& area,
+                                      const std::string& sub_area) {
   Variant held = db_->QueryValue("SELECT 1 FROM kiv_user_permission WHERE user_id = ? AND task_code = ?",
                                  {Variant(user_id_), Variant(task_code)});
-  return Variant(!held.IsNull());
+  Variant answer(!held.IsNull());
+  TraceHostCall(trace_, "CheckPermission",
+                {{"task_code", Variant(task_code)}, {"area", Variant(area)}, {"sub_area", Variant(sub_area)}},
+                {{"result", answer}});
+  return answer;
 }
 
 }  // namespace kiv::refhost

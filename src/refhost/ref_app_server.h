@@ -1,5 +1,5 @@
 // The application server of one signed-on user of the reference host: the connection, the
-// error object, the user's settings, permissions and the activity log.
+// error object, the user's settings, permissions and the activity log, each call traced.
 #pragma once
 #include <memory>
 #include <string>
@@ -34,6 +34,7 @@ class RefAppServer : public host::AppServer {
  private:
   std::shared_ptr<SqliteDatabase> db_;
   std::string user_id_;
+  std::shared_ptr<TraceHook> trace_;
   std::shared_ptr<SqliteConnection> connection_;
   std::shared_ptr<RefErrorObject> error_object_;
   std::shared_ptr<SqliteSettingsStore> settings_;

@@ -13,6 +13,9 @@ void RefErrorObject::Display(int32_t number, const std::string& source, const st
   ++reports_;
   std::string detail = extra;
   if (related != nullptr && detail.empty()) detail = related->CommandText();
+  TraceHostCall(trace_, "ErrorObject.Display",
+                {{"number", Variant(number)}, {"source", Variant(source)}, {"description", Variant(description)},
+                 {"extra", Variant(detail)}});
   if (echo_) {
     std::cerr << "Error " << number << " in " << source << ": " << description;
     if (!detail.empty()) std::cerr << " [" << detail << "]";

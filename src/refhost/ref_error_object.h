@@ -6,13 +6,14 @@
 
 #include "host/error_object.h"
 #include "refhost/sqlite_database.h"
+#include "refhost/trace.h"
 
 namespace kiv::refhost {
 
 class RefErrorObject : public host::ErrorObject {
  public:
-  RefErrorObject(std::shared_ptr<SqliteDatabase> db, std::string user_id)
-      : db_(std::move(db)), user_id_(std::move(user_id)) {}
+  RefErrorObject(std::shared_ptr<SqliteDatabase> db, std::string user_id, std::shared_ptr<TraceHook> trace = nullptr)
+      : db_(std::move(db)), user_id_(std::move(user_id)), trace_(std::move(trace)) {}
 
   //! Never throws: a report that cannot be logged is still written to standard error.
   void Display(int32_t number, const std::string& source, const std::string& description, bool flag,
@@ -26,6 +27,7 @@ class RefErrorObject : public host::ErrorObject {
  private:
   std::shared_ptr<SqliteDatabase> db_;
   std::string user_id_;
+  std::shared_ptr<TraceHook> trace_;
   bool echo_ = true;
   int reports_ = 0;
 };

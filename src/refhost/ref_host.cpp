@@ -2,6 +2,7 @@
 #include "refhost/ref_host.h"
 
 #include "host/host_error.h"
+#include "refhost/password_hash.h"
 #include "refhost/ref_app_server.h"
 #include "refhost/schema.h"
 
@@ -19,12 +20,15 @@ std::shared_ptr<RefHost> RefHost::Open(const std::string& path, const OpenOption
   return std::shared_ptr<RefHost>(new RefHost(std::move(db)));
 }
 
-std::shared_ptr<host::AppServer> RefHost::SignIn(const std::string& user_id) {
-  auto rows = db_->QueryRows("SELECT user_id, password, is_active FROM kiv_user WHERE user_id = ?", {Variant(user_id)});
+std::shared_ptr<host::AppServer> RefHost::SignIn(const std::string& user_id, const std::string& password) {
+  auto rows =
+      db_->QueryRows("SELECT user_id, password_hash, is_active FROM kiv_user WHERE user_id = ?", {Variant(user_id)});
   if (rows.empty())
     throw HostError(kErrOpen, "'" + user_id + "' is not a user of the customer database '" + db_->Path() + "'.");
   if (!NzBool(rows[0][2])) throw HostError(kErrOpen, "The user '" + user_id + "' is no longer active.");
-  return std::make_shared<RefAppServer>(db_, rows[0][0].ToString(), NzString(rows[0][1]), trace_);
+  if (!password.empty() && !PasswordMatches(NzString(rows[0][1]), password))
+    throw HostError(kErrOpen, "The password given for the user '" + user_id + "' is not valid.");
+  return std::make_shared<RefAppServer>(db_, rows[0][0].ToString(), password, trace_);
 }
 
 void RefHost::SetTrace(TraceHook hook) { *trace_ = std::move(hook); }

@@ -22,8 +22,10 @@ class RefHost {
   std::shared_ptr<SqliteDatabase> Database() const { return db_; }
 
   //! The application server of a user of kiv_user; throws HostError naming the user when the
-  //! user is unknown or inactive.
-  std::shared_ptr<host::AppServer> SignIn(const std::string& user_id);
+  //! user is unknown or inactive, or when a password is given and is not the user's. Without a
+  //! password the user signs in by id alone (the suite vouched for them) and cannot read
+  //! cards on file; the password is kept in memory only, for the procedures that ask for it.
+  std::shared_ptr<host::AppServer> SignIn(const std::string& user_id, const std::string& password = {});
 
   //! Every database call through connections handed out by SignIn goes to the hook (also the
   //! ones already handed out). An empty hook stops tracing.

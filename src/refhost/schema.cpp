@@ -2,8 +2,27 @@
 #include "refhost/schema.h"
 
 #include "host/host_error.h"
+#include "refhost/password_hash.h"
 
 namespace kiv::refhost {
+
+namespace {
+
+// Version 2 keeps a salted hash instead of each user's password. The old column goes with
+// secure deletion on, so the freed pages do not keep the passwords either.
+void UpgradeFromVersion1(SqliteDatabase& db) {
+  Transaction transaction(db, true);
+  if (NzLong(db.QueryValue("PRAGMA user_version")) != 1) return;  // another program upgraded it
+  db.ExecScript("PRAGMA secure_delete = ON; ALTER TABLE kiv_user ADD COLUMN password_hash VARCHAR(128);");
+  for (const auto& row : db.QueryRows("SELECT user_id, password FROM kiv_user WHERE IFNULL(password, '') <> ''"))
+    db.Execute("UPDATE kiv_user SET password_hash = ? WHERE user_id = ?",
+               {Variant(HashPassword(row[1].ToString())), row[0]});
+  db.ExecScript("ALTER TABLE kiv_user DROP COLUMN password; PRAGMA user_version = 2;");
+  transaction.Commit();
+  db.ExecScript("PRAGMA secure_delete = OFF;");
+}
+
+}  // namespace
 
 void EnsureSchema(SqliteDatabase& db) {
   const std::string where = "Cannot use the database file '" + db.Path() + "': ";
@@ -14,6 +33,7 @@ void EnsureSchema(SqliteDatabase& db) {
                                   std::to_string(kSchemaVersion) + "). Use a newer program.");
   }
   if (version == kSchemaVersion) return;
+  if (version == 1) return UpgradeFromVersion1(db);
   if (version != 0) {
     throw HostError(kErrOpen, where + "its schema version " + std::to_string(version) +
                                   " is older than this program can upgrade.");

@@ -7,12 +7,13 @@
 namespace kiv::refhost {
 
 //! The schema version this program creates and understands (PRAGMA user_version).
-inline constexpr int kSchemaVersion = 1;
+inline constexpr int kSchemaVersion = 2;
 
 //! The text of schema.sql, built into the program so that it runs from any directory.
 std::string_view SchemaSql();
 
-//! Creates the schema in an empty file, accepts a file of this version, and refuses a newer
+//! Creates the schema in an empty file, accepts a file of this version, upgrades a version 1
+//! file (whose users' passwords were kept as text) in one transaction, and refuses a newer
 //! version or a file holding somebody else's tables with HostError(kErrOpen).
 void EnsureSchema(SqliteDatabase& db);
 

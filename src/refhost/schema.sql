@@ -335,7 +335,8 @@ CREATE INDEX ix_will_call_customer ON kiv_will_call (customer_no);
 CREATE TABLE kiv_user (
   user_id VARCHAR(20) PRIMARY KEY COLLATE NOCASE,
   full_name VARCHAR(60),
-  password VARCHAR(40),
+  -- A salted password hash (never the password itself); a user without one cannot read cards.
+  password_hash VARCHAR(128),
   is_active BIT NOT NULL DEFAULT 1
 );
 
@@ -376,4 +377,4 @@ CREATE TABLE kiv_error_log (
 INSERT INTO kiv_sequence (sequence_name, last_no) VALUES
   ('seq_customer_no', 0), ('seq_address_no', 0), ('seq_forecast_no', 0), ('seq_salesorder_no', 0);
 
-PRAGMA user_version = 1;
+PRAGMA user_version = 2;

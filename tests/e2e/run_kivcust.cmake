@@ -1,7 +1,22 @@
-# Runs kivcust and checks how it ended. With SCRIPT and no TRACE: the run must fail with the
+# Runs kivcust and checks how it ended. With TEMPLATE: DB is first made a fresh copy of it.
+# With SCRIPT and PASS: the run must pass. With SCRIPT and no TRACE: the run must fail with the
 # text of the script's "# fails with:" line. With TRACE: the run of SCRIPT (and SCRIPT2) must
-# pass and the trace file must hold EXPECT_TRACE. With EXPECT_ERROR: `open 1` must fail with
+# pass, the trace file must hold EXPECT_TRACE and no line may start with NO_TRACE_LINE. With EXPECT_ERROR: `open 1` must fail with
 # that text. With INPUT: `repl` reads the file and must print each line of EXPECT_OUTPUT.
+if(DEFINED TEMPLATE)
+  # Whatever an earlier run left under this name goes, its log and shared-memory files too;
+  # the template's write-ahead log (if its builder left one) holds part of its content.
+  foreach(suffix "" "-wal" "-shm" "-journal")
+    file(REMOVE "${DB}${suffix}")
+  endforeach()
+  get_filename_component(copies "${DB}" DIRECTORY)
+  file(MAKE_DIRECTORY "${copies}")
+  file(COPY_FILE "${TEMPLATE}" "${DB}")
+  if(EXISTS "${TEMPLATE}-wal")
+    file(COPY_FILE "${TEMPLATE}-wal" "${DB}-wal")
+  endif()
+endif()
+
 if(DEFINED INPUT)
   execute_process(COMMAND ${KIVCUST} --db ${DB} repl INPUT_FILE ${INPUT}
                   RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
@@ -44,6 +59,14 @@ endif()
 execute_process(COMMAND ${KIVCUST} --db ${DB} --today ${TODAY} ${trace_args} run ${SCRIPT} ${SCRIPT2}
                 RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
 
+if(DEFINED PASS)
+  message("${out}${err}")
+  if(NOT rc EQUAL 0)
+    message(FATAL_ERROR "the script failed (status ${rc})")
+  endif()
+  return()
+endif()
+
 if(DEFINED TRACE)
   if(NOT rc EQUAL 0)
     message(FATAL_ERROR "the script failed:\n${out}${err}")
@@ -52,6 +75,12 @@ if(DEFINED TRACE)
   string(FIND "${trace}" "${EXPECT_TRACE}" at)
   if(at EQUAL -1)
     message(FATAL_ERROR "the trace has no line \"${EXPECT_TRACE}\":\n${trace}")
+  endif()
+  if(DEFINED NO_TRACE_LINE)
+    string(FIND "\n${trace}" "\n${NO_TRACE_LINE}" at)
+    if(NOT at EQUAL -1)
+      message(FATAL_ERROR "a line of the trace starts with \"${NO_TRACE_LINE}\":\n${trace}")
+    endif()
   endif()
   return()
 endif()

@@ -35,6 +35,24 @@ TEST(Dialect, RewritesServerWordsOutsideLiterals) {
   for (const auto& c : cases) EXPECT_EQ(TranslateSql(c.in), c.out) << c.in;
 }
 
+TEST(Dialect, EachTopLimitsTheSelectItBelongsTo) {
+  struct Case {
+    const char* in;
+    const char* out;
+  };
+  const Case cases[] = {
+      {"SELECT a FROM t WHERE a IN (SELECT TOP 5 b FROM u ORDER BY b)",
+       "SELECT a FROM t WHERE a IN (SELECT b FROM u ORDER BY b LIMIT 5)"},
+      {"SELECT TOP 2 a FROM t WHERE a IN (SELECT TOP (3) b FROM u WITH (NOLOCK) ) ORDER BY a;",
+       "SELECT a FROM t WHERE a IN (SELECT b FROM u LIMIT 3) ORDER BY a LIMIT 2"},
+      {"SELECT x.a FROM (SELECT TOP 1 a FROM t WHERE LEN(a) > 2 ORDER BY a DESC) x",
+       "SELECT x.a FROM (SELECT a FROM t WHERE LENGTH(a) > 2 ORDER BY a DESC LIMIT 1) x"},
+      // A subquery without a TOP inside a SELECT with one leaves the outer limit at the end.
+      {"SELECT TOP 4 a, (SELECT MAX(b) FROM u) AS m FROM t", "SELECT a, (SELECT MAX(b) FROM u) AS m FROM t LIMIT 4"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(TranslateSql(c.in), c.out) << c.in;
+}
+
 TEST(Dialect, ComparedIntegersBecomeParametersAndNothingElseDoes) {
   struct Case {
     const char* in;
@@ -60,6 +78,13 @@ TEST(Dialect, ComparedIntegersBecomeParametersAndNothingElseDoes) {
        "SELECT * FROM t WHERE a = '5' AND \"b = 5\" = ? AND c = '10:30' -- = 6\n/* = 7 */", {1}},
       // A text with parameters of its own keeps its numbers.
       {"SELECT * FROM t WHERE a = ? AND b = 5", "SELECT * FROM t WHERE a = ? AND b = 5", {}},
+      // Every parameter form SQLite reads counts, the "#name" one included.
+      {"SELECT#a FROM t WHERE a=1--x", "SELECT#a FROM t WHERE a=1--x", {}},
+      {"SELECT * FROM t WHERE a = #b AND c = 2", "SELECT * FROM t WHERE a = #b AND c = 2", {}},
+      {"SELECT * FROM t WHERE a = ?7 AND c = 2", "SELECT * FROM t WHERE a = ?7 AND c = 2", {}},
+      {"SELECT * FROM t WHERE a = :b AND c = 2", "SELECT * FROM t WHERE a = :b AND c = 2", {}},
+      {"SELECT * FROM t WHERE a = @b AND c = 2", "SELECT * FROM t WHERE a = @b AND c = 2", {}},
+      {"SELECT * FROM t WHERE a = $b AND c = 2", "SELECT * FROM t WHERE a = $b AND c = 2", {}},
   };
   for (const auto& c : cases) {
     ParameterizedSql result = ParameterizeLiterals(c.in);

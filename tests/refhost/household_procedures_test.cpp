@@ -152,9 +152,11 @@ TEST_F(HouseholdProcedures, ActiveCardsAskBeforeTheyAreDeleted) {
   auto off = Procedure("KIV_SP_CUSTOMER_UpdateCreditCard", {{"@customer_no", Variant(int32_t{1})},
                                                             {"@card_seq_no", Variant(int32_t{2})},
                                                             {"@is_active", Variant(false)},
-                                                            {"@kiv_user", Variant("CLERK")}});
+                                                            {"@kiv_user", Variant("MANAGER")}});
   ASSERT_TRUE(Run(off));
   EXPECT_EQ(Out(off, "@modified_on").ToDate(), clock_->Now());
+  // The change is the signed-in user's, whatever name the call carries.
+  EXPECT_EQ(NzString(Scalar("SELECT modified_by FROM kiv_customer_cc WHERE card_seq_no = 2")), "CLERK");
   EXPECT_EQ(del(false), -1) << "card 1 is gone";
   auto list = Rows(Procedure("KIV_SP_CUSTOMER_GetCC", {{"@customer_no", Variant(int32_t{1})},
                                                        {"@kiv_user", Variant("CLERK")},

@@ -205,7 +205,7 @@ TEST_F(ProceduresTest, CardsKeepOnlyTheMaskedNumberAndLastFourDigits) {
                                                                   {"@card_no", Variant(card_no)},
                                                                   {"@exp_date", Variant("12/29")},
                                                                   {"@x_card_no", Variant(masked)},
-                                                                  {"@kiv_user", Variant("CLERK")},
+                                                                  {"@kiv_user", Variant("MANAGER")},
                                                                   {"@is_active", Variant(true)}});
     EXPECT_TRUE(Run(command));
     return command;
@@ -228,6 +228,9 @@ TEST_F(ProceduresTest, CardsKeepOnlyTheMaskedNumberAndLastFourDigits) {
         EXPECT_EQ(value.ToString().find("550000000000"), std::string::npos);
       }
   EXPECT_EQ(NzString(Scalar("SELECT x_card_no FROM kiv_customer_cc WHERE card_seq_no = 2")), "XXXXXXXXXXXX0004");
+  // The card is the signed-in user's entry, whatever name the call carries.
+  EXPECT_EQ(NzString(Scalar("SELECT created_by || '/' || modified_by FROM kiv_customer_cc WHERE card_seq_no = 1")),
+            "CLERK/CLERK");
 
   auto read = Rows(Procedure("KIV_SP_CUSTOMER_GetCustomerCC", {{"@household_no", Variant(no)},
                                                                {"@customer_no", Variant(no)},
@@ -241,6 +244,64 @@ TEST_F(ProceduresTest, CardsKeepOnlyTheMaskedNumberAndLastFourDigits) {
   auto wrong = Procedure("KIV_SP_CUSTOMER_GetCustomerCC", {{"@kiv_user", Variant("CLERK")},
                                                            {"@kiv_password", Variant("guess")}});
   EXPECT_EQ(Rows(wrong), nullptr);
+}
+
+TEST_F(ProceduresTest, CardsAreReadOnlyByTheSignedInUserWithTheirOwnPassword) {
+  int32_t no = SaveCustomer(0, "SMITH", "ANN");
+  db_->Execute("INSERT INTO kiv_customer_cc (customer_no, card_seq_no, x_card_no, last_four, is_active) "
+               "VALUES (?, 1, 'XXXXXXXXXXXX1111', '1111', 1)",
+               {Variant(no)});
+  db_->Execute("INSERT INTO kiv_user (user_id, password_hash) VALUES ('MANAGER', ?), ('NOPASS', NULL)",
+               {Variant(PasswordHashOf("mpw"))});
+  struct Case {
+    const char* signed_in;
+    const char* sign_in_password;
+    const char* kiv_user;
+    const char* kiv_password;
+    bool reads;
+  };
+  const Case cases[] = {
+      {"CLERK", "pw", "CLERK", "pw", true},
+      {"CLERK", "pw", "clerk", "pw", true},
+      {"CLERK", "pw", "CLERK", "", false},
+      {"CLERK", "pw", "CLERK", "guess", false},
+      // Another user's name and password do not open cards to the clerk signed in here.
+      {"CLERK", "pw", "MANAGER", "mpw", false},
+      {"CLERK", "pw", "NOBODY", "pw", false},
+      // A user without a stored password reads no cards, whatever is given.
+      {"NOPASS", "", "NOPASS", "", false},
+      {"NOPASS", "", "NOPASS", "pw", false},
+  };
+  for (const auto& c : cases) {
+    auto server = std::static_pointer_cast<RefAppServer>(host_->SignIn(c.signed_in, c.sign_in_password));
+    server->Errors()->SetEcho(false);
+    conn_ = server->Connection();
+    auto list = Rows(Procedure("KIV_SP_CUSTOMER_GetCC", {{"@customer_no", Variant(no)},
+                                                         {"@kiv_user", Variant(c.kiv_user)},
+                                                         {"@kiv_password", Variant(c.kiv_password)}}));
+    auto one = Rows(Procedure("KIV_SP_CUSTOMER_GetCustomerCC", {{"@household_no", Variant(no)},
+                                                                {"@customer_no", Variant(no)},
+                                                                {"@kiv_user", Variant(c.kiv_user)},
+                                                                {"@kiv_password", Variant(c.kiv_password)}}));
+    EXPECT_EQ(list != nullptr, c.reads) << c.signed_in << " as " << c.kiv_user << "/" << c.kiv_password;
+    EXPECT_EQ(one != nullptr, c.reads) << c.signed_in << " as " << c.kiv_user << "/" << c.kiv_password;
+    if (c.reads && one != nullptr) {
+      EXPECT_EQ((*one)["last_four"].ToString(), "1111");
+    }
+  }
+}
+
+TEST_F(ProceduresTest, PasswordsAreStoredHashedAndCheckedAtSignIn) {
+  const std::string& hash = PasswordHashOf("pw");
+  EXPECT_EQ(hash.find("pw"), std::string::npos);
+  EXPECT_TRUE(PasswordMatches(hash, "pw"));
+  EXPECT_FALSE(PasswordMatches(hash, "PW"));
+  EXPECT_FALSE(PasswordMatches(hash, ""));
+  EXPECT_FALSE(PasswordMatches("", "pw"));
+  EXPECT_FALSE(PasswordMatches("not a hash", "pw"));
+  EXPECT_NE(HashPassword("pw"), hash) << "each hash has its own salt";
+  EXPECT_THROW(host_->SignIn("CLERK", "guess"), HostError);
+  EXPECT_EQ(host_->SignIn("CLERK")->GetConnection("")->UserPassword(), "");
 }
 
 TEST_F(ProceduresTest, AlertsUseTheListDefaultsUntilSettingsAreSaved) {

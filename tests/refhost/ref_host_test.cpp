@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "refhost/schema.h"
+#include "refhost/trace.h"
 #include "temp_database.h"
 
 namespace kiv::refhost::testing {
@@ -83,14 +84,63 @@ TEST_F(RefHostFiles, FileLockedByAnotherProgramFailsAfterTheBusyTimeout) {
   EXPECT_NO_THROW(RefHost::Open(path_));
 }
 
+TEST_F(RefHostFiles, AVersion1FileHasItsPasswordsHashedOnOpen) {
+  RefHost::Open(path_);
+  RawExec(path_,
+          "ALTER TABLE kiv_user DROP COLUMN password_hash; ALTER TABLE kiv_user ADD COLUMN password VARCHAR(40); "
+          "INSERT INTO kiv_user (user_id, password) VALUES ('OLD', 'sesame-4711'), ('NONE', NULL); "
+          "PRAGMA user_version = 1");
+  {
+    auto host = RefHost::Open(path_);
+    auto db = host->Database();
+    EXPECT_EQ(NzLong(db->QueryValue("PRAGMA user_version")), kSchemaVersion);
+    EXPECT_EQ(NzLong(db->QueryValue("SELECT COUNT(*) FROM pragma_table_info('kiv_user') WHERE name = 'password'")), 0);
+    EXPECT_TRUE(db->QueryValue("SELECT password_hash FROM kiv_user WHERE user_id = 'NONE'").IsNull());
+    EXPECT_EQ(host->SignIn("OLD", "sesame-4711")->GetConnection("")->UserPassword(), "sesame-4711");
+    EXPECT_THROW(host->SignIn("OLD", "sesame"), HostError);
+  }
+  // Reopening finds the new version; the old text is nowhere in the file.
+  EXPECT_NO_THROW(RefHost::Open(path_));
+  std::ifstream file(path_, std::ios::binary);
+  std::stringstream bytes;
+  bytes << file.rdbuf();
+  EXPECT_EQ(bytes.str().find("sesame-4711"), std::string::npos);
+}
+
 class RefHostServices : public TempDatabase {};
 
-TEST_F(RefHostServices, UsersSignInByTheirIdOnly) {
+TEST_F(RefHostServices, UsersSignInByIdAndKeepTheirPasswordInMemoryOnly) {
   EXPECT_EQ(conn_->UserID(), "CLERK");
   EXPECT_EQ(conn_->UserPassword(), "pw");
+  EXPECT_NE(NzString(Scalar("SELECT password_hash FROM kiv_user")), "pw");
   EXPECT_THROW(host_->SignIn("nobody"), HostError);
   db_->Execute("UPDATE kiv_user SET is_active = 0");
   EXPECT_THROW(host_->SignIn("CLERK"), HostError);
+}
+
+TEST_F(RefHostServices, EveryHostCallIsTracedWithItsArgumentsAndAnswer) {
+  std::vector<std::string> lines;
+  host_->SetTrace([&](const TraceEvent& e) {
+    if (e.is_host) lines.push_back(FormatTraceLine(e));
+  });
+  server_->CheckPermission("CUSTADD", "Customer", "");
+  server_->CheckPermission("CCDELETE", "Customer", "Cards");
+  Variant result;
+  server_->RecordTaskActivity("CUSTEDIT", "CustDetail", "CN=5;FN=ANN SMITH;", result);
+  server_->GetErrorObject()->Display(13, "KIVCustomer.CCustomer (1.0.0) Update", "Type mismatch", false, Variant(),
+                                     Variant(), Variant(), nullptr, "");
+  server_->UserSettings()->SaveSetting("AppData", "Customer", "Top", "120");
+  server_->UserSettings()->GetSetting("AppData", "Customer", "Top", "0");
+  const std::vector<std::string> expected = {
+      "CheckPermission task_code=\"CUSTADD\" area=\"Customer\" sub_area=\"\" -> result=True",
+      "CheckPermission task_code=\"CCDELETE\" area=\"Customer\" sub_area=\"Cards\" -> result=False",
+      "RecordTaskActivity task_code=\"CUSTEDIT\" screen=\"CustDetail\" detail=\"CN=5;FN=ANN SMITH;\" -> result=True",
+      "ErrorObject.Display number=13 source=\"KIVCustomer.CCustomer (1.0.0) Update\" description=\"Type mismatch\" "
+      "extra=\"\"",
+      "SaveSetting app=\"AppData\" section=\"Customer\" key=\"Top\" value=\"120\"",
+      "GetSetting app=\"AppData\" section=\"Customer\" key=\"Top\" default=\"0\" -> value=\"120\"",
+  };
+  EXPECT_EQ(lines, expected);
 }
 
 TEST_F(RefHostServices, PermissionsAreTheUsersTaskCodes) {

@@ -74,6 +74,17 @@ TEST_F(SearchTest, PagesOfAHundredFollowNameThenNumber) {
   EXPECT_EQ(seen.back(), 301);
 }
 
+TEST_F(SearchTest, APrefixEndingInAnAtSignFindsOnlyNamesWithTheAtSignThere) {
+  // Between "@" and the lower-case letters lie [ \ ] ^ _ and the backquote; upper-case letters
+  // fold away under the names' collation, so none of these follows "q@".
+  db_->Execute("INSERT INTO kiv_customer (customer_no, last_name, customer_type) VALUES (501, 'Q_UNDERSCORE', 'P'), "
+               "(502, 'Q[BRACKET', 'P'), (503, 'Q^HAT', 'P'), (504, 'Q@HOME', 'P'), (505, 'QA', 'P'), "
+               "(506, 'q`tick', 'P')");
+  EXPECT_EQ(Search({{"@last_name", Variant("q@")}}).numbers, std::vector<int32_t>{504});
+  EXPECT_EQ(Search({{"@last_name", Variant("Q[")}}).numbers, std::vector<int32_t>{502});
+  EXPECT_EQ(Search({{"@last_name", Variant("q")}}).total, 6);
+}
+
 TEST_F(SearchTest, CriteriaAreCaseInsensitivePrefixesCombinedWithAnd) {
   EXPECT_EQ(Search({{"@last_name", Variant("Smithe")}}).numbers, std::vector<int32_t>{301});
   EXPECT_EQ(Search({{"@last_name", Variant("  smith ")}, {"@first_name", Variant("b")}, {"@gender", Variant("f")}})

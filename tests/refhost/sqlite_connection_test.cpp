@@ -252,12 +252,45 @@ TEST_F(SqliteConnectionTest, TraceShowsTheComponentsTextAndParametersInOrder) {
   EXPECT_EQ(events[1].inputs[0].first, "@customer_no");
   EXPECT_EQ(FormatTraceLine(events[1]), "KiV_SP_GetCustomer @customer_no=2 -> @RETURN_VALUE=0");
 
+  // A failure is traced, and so is its report to the error object, as a host call.
   Query("SELECT nothing FROM nowhere");
-  ASSERT_EQ(events.size(), 3u);
+  ASSERT_EQ(events.size(), 4u);
   EXPECT_TRUE(events[2].error);
+  EXPECT_FALSE(events[2].is_host);
+  EXPECT_TRUE(events[3].is_host);
+  EXPECT_EQ(events[3].text, "ErrorObject.Display");
   host_->SetTrace(nullptr);
   Query("SELECT 1");
-  EXPECT_EQ(events.size(), 3u);
+  EXPECT_EQ(events.size(), 4u);
+}
+
+TEST(TraceLine, CardNumbersTrackDataAndPasswordsNeverReachATraceLine) {
+  TraceEvent event("ExecuteCommand", "KIV_SP_CUSTOMER_InsertCreditCard", true,
+                   {{"@card_no", Variant("4111 1111 1111 1111")},
+                    {"@track_1", Variant("%B4111111111111111^SMITH/ANN^29121010000?")},
+                    {"@track_2", Variant(";4111111111111111=29121010000?")},
+                    {"@x_card_no", Variant("XXXXXXXXXXXX1111")},
+                    {"@kiv_password", Variant("sesame")},
+                    {"@zip", Variant("")}});
+  const std::string line = FormatTraceLine(event);
+  EXPECT_EQ(line.find("41111111"), std::string::npos) << line;
+  EXPECT_EQ(line.find("sesame"), std::string::npos) << line;
+  EXPECT_EQ(line,
+            "KIV_SP_CUSTOMER_InsertCreditCard @card_no=\"XXXXXXXXXXXX1111\" @track_1=<track data withheld> "
+            "@track_2=<track data withheld> @x_card_no=\"XXXXXXXXXXXX1111\" @kiv_password=<withheld> @zip=\"\"");
+}
+
+TEST(TraceLine, LineBreaksAndControlCharactersCannotStartALineOfTheirOwn) {
+  TraceEvent event("ExecuteCommand", "KIV_SP_X\r\nDELETE FROM kiv_customer", true,
+                   {{"@comment_note", Variant("first\nDELETE FROM kiv_customer -- \\n\t\x01")}});
+  event.error = true;
+  event.error_text = "refused\nDROP TABLE kiv_user";
+  const std::string line = FormatTraceLine(event);
+  EXPECT_EQ(line.find_first_of("\r\n\t\x01"), std::string::npos) << line;
+  EXPECT_EQ(line,
+            "KIV_SP_X\\r\\nDELETE FROM kiv_customer @comment_note=\"first\\nDELETE FROM kiv_customer -- "
+            "\\\\n\\t\\x01\" !! refused\\nDROP TABLE kiv_user");
+  EXPECT_EQ(EscapeTraceText("plain 'text' and \"quotes\""), "plain 'text' and \"quotes\"");
 }
 
 TEST_F(SqliteConnectionTest, TextsDifferingOnlyInANumberShareOneStatement) {

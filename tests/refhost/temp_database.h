@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "refhost/ref_app_server.h"
 #include "host/host_error.h"
+#include "refhost/password_hash.h"
+#include "refhost/ref_app_server.h"
 #include "refhost/ref_host.h"
 
 namespace kiv::refhost::testing {
@@ -35,9 +37,10 @@ class TempDatabase : public ::testing::Test {
     options.clock = clock_;
     host_ = RefHost::Open(path_, options);
     db_ = host_->Database();
-    db_->Execute("INSERT INTO kiv_user (user_id, full_name, password) VALUES ('CLERK', 'Front Desk', 'pw')");
+    db_->Execute("INSERT INTO kiv_user (user_id, full_name, password_hash) VALUES ('CLERK', 'Front Desk', ?)",
+                 {Variant(PasswordHashOf("pw"))});
     db_->Execute("INSERT INTO kiv_user_permission (user_id, task_code) VALUES ('CLERK', 'CUSTADD'), ('CLERK', 'CUSTEDIT')");
-    server_ = std::static_pointer_cast<RefAppServer>(host_->SignIn("clerk"));
+    server_ = std::static_pointer_cast<RefAppServer>(host_->SignIn("clerk", "pw"));
     server_->Errors()->SetEcho(false);
     conn_ = server_->Connection();
   }
@@ -47,6 +50,14 @@ class TempDatabase : public ::testing::Test {
     db_.reset();
     host_.reset();
     RemoveDatabaseFiles(path_);
+  }
+
+  //! A hash of `password`, made once per test program (hashing is slow on purpose).
+  static const std::string& PasswordHashOf(const std::string& password) {
+    static std::map<std::string, std::string> made;
+    auto [at, added] = made.try_emplace(password);
+    if (added) at->second = HashPassword(password);
+    return at->second;
   }
 
   //! First column of the first row of a query on the database itself.

@@ -115,10 +115,11 @@ int RunProgram(int argc, char** argv) {
   CLI::App app{"kivcust: customer maintenance over a SQLite customer database"};
   app.fallthrough();
   app.require_subcommand(1);
-  std::string db, user = refhost::kDemoManager, trace, today;
+  std::string db, user = refhost::kDemoManager, password = refhost::kDemoPassword, trace, today;
   app.add_option("--db", db, "customer database file (default: " + DefaultDatabasePath() + ", built on first use)");
   app.add_option("--user", user, "sign in as this user")->capture_default_str();
-  app.add_option("--trace", trace, "write one line per database call to this file");
+  app.add_option("--password", password, "the user's password (default: the demo users' one; \"\" signs in without)");
+  app.add_option("--trace", trace, "write one line per call on the host (database, rights, errors, settings) to this file");
   app.add_option("--today", today, "fix today's date (YYYY-MM-DD)");
 
   InitOptions init;
@@ -154,6 +155,7 @@ int RunProgram(int argc, char** argv) {
     SessionOptions options;
     options.db_path = db;
     options.user = user;
+    options.password = password;
     options.trace_file = trace;
     options.today = ParseToday(today);
     if (run_cmd->parsed()) return RunScripts(options, scripts);

@@ -1,5 +1,5 @@
 // The checks of the automation language: message boxes, the active form and its controls,
-// the returned record, bError, the traced SQL and the database itself.
+// the returned record, bError, the traced SQL and host calls, and the database itself.
 #include <sqlite3.h>
 
 #include <ostream>
@@ -65,6 +65,8 @@ bool Interpreter::DoExpect(const Statement& st) {
       return Fail("no database call contains " + Quote(a[2]) +
                   (calls.empty() ? std::string(" (the last statement made no database call)") : "; the calls were:" + calls));
     }
+    case ExpectKind::Host:
+      return ExpectHost(st);
     case ExpectKind::Db:
       return ExpectDb(st);
     case ExpectKind::Control:
@@ -73,6 +75,30 @@ bool Interpreter::DoExpect(const Statement& st) {
       break;
   }
   return Fail("not a check");
+}
+
+bool Interpreter::ExpectHost(const Statement& st) {
+  const TraceWriter& trace = session_.Trace();
+  std::string calls;
+  for (const auto& line : trace.Window(true)) calls += "\n  " + line;
+  if (calls.empty()) calls = " (the last statement made no host call)";
+  else calls = "; the calls were:" + calls;
+  if (st.args[1] == "!~") {
+    const std::string* found = trace.Find(st.args[2], true);
+    if (found == nullptr) return true;
+    return Fail("a host call contains " + Quote(st.args[2]) + ":\n  " + *found);
+  }
+  // Each text must be met after the call that met the one before it.
+  size_t from = 0;
+  for (size_t i = 2; i < st.args.size(); ++i) {
+    size_t at = 0;
+    if (trace.Find(st.args[i], true, from, &at) == nullptr) {
+      std::string where = i == 2 ? "no host call" : "no host call after the one containing " + Quote(st.args[i - 1]);
+      return Fail(where + " contains " + Quote(st.args[i]) + calls);
+    }
+    from = at + 1;
+  }
+  return true;
 }
 
 bool Interpreter::ExpectResult(const Statement& st) {

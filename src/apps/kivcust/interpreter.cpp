@@ -63,7 +63,9 @@ bool Interpreter::Execute(const Statement& st) {
     if (st.verb == "as") {
       if (session_.Ui().ModalDepth() > 0) ok = Fail("cannot sign in while a form is open");
       else {
-        session_.SignIn(st.args[0]);
+        // The new user's rights are read at sign-in: the checks after it see those calls.
+        session_.Trace().StartWindow();
+        session_.SignIn(st.args[0], st.args.size() > 1 ? st.args[1] : session_.Password());
         ok = true;
       }
     } else if (st.verb == "today") {

@@ -71,7 +71,7 @@ class PromptSource : public StatementSource {
 
 void PrintHelp(std::ostream& out) {
   out << "statements (one a line; quote text with blanks; # starts a comment):\n"
-         "  as USER | today YYYY-MM-DD\n"
+         "  as USER [PASSWORD] | today YYYY-MM-DD\n"
          "  call OpenCustomer N | ShowCustomer N|result | SelectCustomer [tab=T] [group=G] [spawn] [autoreturn]\n"
          "  call ShowSearchCustomer | call NewCustomer [P|C] | call result.METHOD [ARGS]\n"
          "  set result.PROP VALUE      (also result.address[TYPE].PROP, result.PrimaryAddress.PROP)\n"
@@ -80,7 +80,11 @@ void PrintHelp(std::ostream& out) {
          "  answer Yes|No|OK|Cancel\n"
          "  expect msgbox \"TEXT\" [\"TITLE\"] | expect nomsgbox | expect form = NAME\n"
          "  expect CTRL.PROP OP VALUE | expect result.PROP OP VALUE | expect result none | expect bError = true\n"
-         "  expect sql ~ TEXT | expect db \"SELECT ...\" OP VALUE      (OP: = != ~ !~ < <= > >=)\n"
+         "  expect sql ~|!~ TEXT | expect db \"SELECT ...\" OP VALUE      (OP: = != ~ !~ < <= > >=)\n"
+         "  expect host ~ TEXT [THEN...] | expect host !~ TEXT\n"
+         "      (host calls: CheckPermission, ErrorObject.Display, RecordTaskActivity, GetSetting,\n"
+         "       SaveSetting, each with its arguments and answer, as in the trace file; THEN texts\n"
+         "       must be met by later calls, in order)\n"
          "  dump | help | quit\n"
          "calls:";
   for (const auto& c : EngineCalls()) out << " " << c.name;

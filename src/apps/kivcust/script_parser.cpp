@@ -39,10 +39,10 @@ struct Shape {
 
 // Every verb with the number of words it takes after itself.
 constexpr Shape kShapes[] = {
-    {"as", 1, 1},     {"today", 1, 1},    {"call", 1, -1},  {"set", 2, 2},     {"type", 2, 2},
+    {"as", 1, 2},     {"today", 1, 1},    {"call", 1, -1},  {"set", 2, 2},     {"type", 2, 2},
     {"paste", 2, 2},  {"key", 2, 2},      {"focus", 1, 1},  {"click", 1, 2},   {"choose", 2, 2},
     {"date", 2, 2},   {"select", 2, 2},   {"edit", 4, 4},   {"dblclick", 2, 2}, {"expand", 2, 2},
-    {"close", 0, 0},  {"answer", 1, 1},   {"expect", 1, 4}, {"dump", 0, 0},
+    {"close", 0, 0},  {"answer", 1, 1},   {"expect", 1, -1}, {"dump", 0, 0},
 };
 
 const Shape* FindShape(const std::string& verb) {
@@ -81,8 +81,15 @@ ExpectKind ClassifyExpect(const Statement& st) {
   else if (lower == "berror") kind = ExpectKind::BError;
   else if (lower == "sql") kind = ExpectKind::Sql;
   else if (lower == "db") kind = ExpectKind::Db;
+  else if (lower == "host") kind = ExpectKind::Host;
   else if (subject.find_first_of(".[") == std::string::npos || subject.front() == '.' || subject.front() == '[')
     throw SyntaxError(st.line, "\"" + subject + "\" is not something to expect (CTRL.PROP, GRID[ROW,COL], result.PROP, ...)");
+  if (kind == ExpectKind::Host) {
+    // Texts after the first must be met by later calls, in the order given.
+    if (st.args.size() < 3 || !(st.args[1] == "~" || (st.args[1] == "!~" && st.args.size() == 3)))
+      throw SyntaxError(st.line, "expected: expect host ~ TEXT [THEN...] or expect host !~ TEXT");
+    return kind;
+  }
   if (kind == ExpectKind::Db) {
     RequireArgs(st, 4, "db \"SELECT ...\" OP VALUE");
     if (st.args[1].empty()) throw SyntaxError(st.line, "expected: expect db \"SELECT ...\" OP VALUE");

@@ -20,6 +20,7 @@ enum class ExpectKind {
   Result,      // expect result.PROP OP VALUE (result.ok included)
   BError,      // expect bError OP true|false
   Sql,         // expect sql ~ TEXT
+  Host,        // expect host ~ TEXT [THEN...], expect host !~ TEXT
   Db,          // expect db "SELECT ..." OP VALUE
   Control,     // expect CTRL.PROP OP VALUE, GRID[ROW,COL] OP VALUE, GRID.rows OP N, ...
 };

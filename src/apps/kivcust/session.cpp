@@ -15,7 +15,8 @@ Session::Session(const SessionOptions& options) {
   host_ = refhost::RefHost::Open(options.db_path, open);
   if (!options.trace_file.empty()) trace_.OpenFile(options.trace_file, options.append_trace);
   host_->SetTrace([this](const refhost::TraceEvent& event) { trace_.Record(event); });
-  SignIn(options.user);
+  password_ = options.password;
+  SignIn(options.user, options.password);
 }
 
 Session::~Session() {
@@ -26,8 +27,8 @@ Session::~Session() {
   if (host_) host_->SetTrace(nullptr);
 }
 
-void Session::SignIn(const std::string& user) {
-  auto app_server = host_->SignIn(user);
+void Session::SignIn(const std::string& user, const std::string& password) {
+  auto app_server = host_->SignIn(user, password);
   auto engine = std::make_shared<CCustEngine>();
   engine->SetUi(ui_);
   InstallComponentScreens(*engine);

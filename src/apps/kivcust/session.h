@@ -18,6 +18,9 @@ struct SessionOptions {
   //! A missing file is created (empty schema) instead of refused.
   bool create_if_missing = false;
   std::string user;
+  //! The user's password, checked at sign-in and kept for the procedures that ask for it
+  //! (cards on file); empty signs in by id alone.
+  std::string password;
   //! Empty: no trace file (the in-memory trace for `expect sql` is always kept).
   std::string trace_file;
   //! Adds to the trace file instead of starting it afresh (the second script of a run).
@@ -36,8 +39,10 @@ class Session {
   Session& operator=(const Session&) = delete;
 
   //! Signs in as another user: a new application server and a new engine reading that
-  //! user's rights. Throws HostError naming an unknown user.
-  void SignIn(const std::string& user);
+  //! user's rights. Throws HostError naming an unknown user or refusing a wrong password.
+  void SignIn(const std::string& user, const std::string& password);
+  //! The password the session was opened with, for signing in as another user.
+  const std::string& Password() const { return password_; }
   //! Fixes today's date for the engine, its screens and the database.
   void SetToday(Date today);
   Date Today() const { return clock_->Today(); }
@@ -58,6 +63,7 @@ class Session {
   std::shared_ptr<Clock> clock_;
   TraceWriter trace_;
   std::string user_;
+  std::string password_;
 };
 
 }  // namespace kiv::kivcust

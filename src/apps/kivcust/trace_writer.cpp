@@ -1,5 +1,5 @@
 // Trace lines go to the file as they happen (flushed, so a crash keeps them) and into the
-// current window for the script's `expect sql`.
+// current window for the script's `expect sql` and `expect host`.
 #include "apps/kivcust/trace_writer.h"
 
 #include <stdexcept>
@@ -14,12 +14,24 @@ void TraceWriter::OpenFile(const std::string& path, bool append) {
 void TraceWriter::Record(const refhost::TraceEvent& event) {
   std::string line = refhost::FormatTraceLine(event);
   if (file_.is_open()) file_ << line << '\n' << std::flush;
-  window_.push_back(std::move(line));
+  window_.push_back({event.is_host, std::move(line)});
 }
 
-const std::string* TraceWriter::Find(const std::string& text) const {
+std::vector<std::string> TraceWriter::Window(bool host) const {
+  std::vector<std::string> lines;
   for (const auto& line : window_)
-    if (line.find(text) != std::string::npos) return &line;
+    if (line.host == host) lines.push_back(line.text);
+  return lines;
+}
+
+const std::string* TraceWriter::Find(const std::string& text, bool host, size_t from, size_t* at) const {
+  const std::string escaped = refhost::EscapeTraceText(text);
+  for (size_t i = from; i < window_.size(); ++i) {
+    const Line& line = window_[i];
+    if (line.host != host || line.text.find(escaped) == std::string::npos) continue;
+    if (at != nullptr) *at = i;
+    return &line.text;
+  }
   return nullptr;
 }
 

@@ -1,5 +1,7 @@
-// The program's view of every database call: one line each, written to the trace file when
-// one was asked for and kept in memory so that `expect sql` can look at the latest ones.
+// The program's view of every call the component makes on the reference host: one line each,
+// written to the trace file when one was asked for and kept in memory so that `expect sql`
+// (database calls) and `expect host` (permissions, error reports, activity, settings) can
+// look at the latest ones.
 #pragma once
 #include <fstream>
 #include <string>
@@ -16,15 +18,22 @@ class TraceWriter {
   void OpenFile(const std::string& path, bool append);
   //! Takes one call from the reference host's trace hook.
   void Record(const refhost::TraceEvent& event);
-  //! Starts a new window: `expect sql` looks only at calls made after this.
+  //! Starts a new window: the expectations look only at calls made after this.
   void StartWindow() { window_.clear(); }
-  const std::vector<std::string>& Window() const { return window_; }
-  //! The first line of the window containing `text`; null when none does.
-  const std::string* Find(const std::string& text) const;
+  //! The lines of the window's database calls (`host` false) or host-service calls (true).
+  std::vector<std::string> Window(bool host = false) const;
+  //! The first line of the window's database (or host) calls containing `text`, searched
+  //! from line `from` on; `text` is escaped as the lines are, so a line break in it matches
+  //! the escaped one. Null when none does; `at` receives the line's position.
+  const std::string* Find(const std::string& text, bool host = false, size_t from = 0, size_t* at = nullptr) const;
 
  private:
+  struct Line {
+    bool host;
+    std::string text;
+  };
   std::ofstream file_;
-  std::vector<std::string> window_;
+  std::vector<Line> window_;
 };
 
 }  // namespace kiv::kivcust
