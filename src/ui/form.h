@@ -128,6 +128,8 @@ class Form {
  private:
   void Adopt(std::unique_ptr<Control> control);
   UiResult PerformOn(Control& control, const Action& action);
+  //! Types `text` a character at a time into whichever control has the focus as it goes.
+  UiResult TypeText(const std::string& text);
   std::string DeliverKey(Control& target, int key_code, int shift, int key_ascii);
   void RunPendingTabs();
 

@@ -162,6 +162,17 @@ class Grid : public Control {
   std::function<void(int row, int state, bool& cancel)> on_before_collapse;
   std::function<void(int row, int state)> on_after_collapse;
 
+  // ---- what a front end sees and does ----
+  //! text and value read the current cell as shown; checked its check box; selected the
+  //! selected rows ("1,3"); count and rows the data rows; cols the columns; [ROW,COL] a
+  //! cell as shown; colhidden[C], rowhidden[R], checked[ROW,COL] as their names say.
+  std::optional<std::string> QueryState(const std::string& name) const override;
+  //! A click names a row number; select, edit and expand name rows, double click one row;
+  //! a row outside the data rows is refused before the focus moves.
+  std::string RefuseAction(const Action& action) const override;
+  //! A click on a row selects it; select, edit, expand and double click act as the clerk's.
+  UiResult ApplyAction(const Action& action) override;
+
  private:
   struct Cell {
     std::string text;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "core/text.h"
 #include "ui/keys.h"
 #include "ui/prop_text.h"
 
@@ -152,6 +153,23 @@ void TextBox::DefaultKeyDown(int key_code, int) {
 bool TextBox::ConsumesKey(int key_code, int shift) const {
   // Ctrl+Enter breaks the line of a multi-line box whatever the form's default button.
   return multi_line_ && key_code == vbKeyReturn && (shift & vbCtrlMask) != 0;
+}
+
+std::optional<std::string> TextBox::QueryState(const std::string& name) const {
+  std::string p = LCase(name);
+  if (p == "text" || p == "value") return text_;
+  return Control::QueryState(name);
+}
+
+std::string TextBox::RefuseAction(const Action& action) const {
+  if (action.kind == ActionKind::Type || action.kind == ActionKind::Paste) return {};
+  return Control::RefuseAction(action);
+}
+
+UiResult TextBox::ApplyAction(const Action& action) {
+  if (action.kind != ActionKind::Paste) return Control::ApplyAction(action);
+  SetText(action.text);
+  return UiResult::Ok();
 }
 
 }  // namespace kiv::ui

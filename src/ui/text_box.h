@@ -56,6 +56,11 @@ class TextBox : public Control {
   void DefaultKeyDown(int key_code, int shift) override;
   bool ConsumesKey(int key_code, int shift) const override;
 
+  //! text and value read the text.
+  std::optional<std::string> QueryState(const std::string& name) const override;
+  //! Takes typing and pasted text; a paste replaces the whole text.
+  std::string RefuseAction(const Action& action) const override;
+  UiResult ApplyAction(const Action& action) override;
  private:
   void Replace(int start, int length, const std::string& with, bool fire_events);
 
