@@ -29,6 +29,21 @@ int NextCodePoint(const std::string& s, int pos) {
   return std::min(p, n);
 }
 
+//! Characters (code points) in UTF-8 text; a stray byte counts as one.
+int CharCount(const std::string& s) {
+  int n = 0;
+  for (char c : s) n += IsContinuation(static_cast<unsigned char>(c)) ? 0 : 1;
+  return n;
+}
+
+//! The first `chars` characters of `s`, never cutting one in two.
+std::string FirstChars(const std::string& s, int chars) {
+  int end = 0;
+  int n = static_cast<int>(s.size());
+  for (int i = 0; i < chars && end < n; ++i) end = NextCodePoint(s, end);
+  return s.substr(0, end);
+}
+
 std::string Utf8(int code_point) {
   std::string out;
   auto cp = static_cast<uint32_t>(code_point);
@@ -90,7 +105,15 @@ void TextBox::SelectAll() {
   sel_length_ = static_cast<int>(text_.size());
 }
 
-void TextBox::Replace(int start, int length, const std::string& with, bool fire_events) {
+int TextBox::Room(int start, int length) const {
+  if (max_length_ == 0) return -1;
+  int kept = CharCount(text_) - CharCount(text_.substr(start, length));
+  return std::max(max_length_ - kept, 0);
+}
+
+void TextBox::Replace(int start, int length, const std::string& text, bool fire_events) {
+  int room = Room(start, length);
+  std::string with = room < 0 ? text : FirstChars(text, room);
   std::string next = text_.substr(0, start) + with + text_.substr(start + length);
   sel_start_ = start + static_cast<int>(with.size());
   sel_length_ = 0;
@@ -121,10 +144,8 @@ void TextBox::DefaultKeyPress(int key_ascii) {
   } else {
     insert = Utf8(key_ascii);
   }
-  if (max_length_ > 0 &&
-      static_cast<int>(text_.size()) - sel_length_ + static_cast<int>(insert.size()) > max_length_) {
-    return;
-  }
+  int room = Room(sel_start_, sel_length_);
+  if (room >= 0 && CharCount(insert) > room) return;  // a full box swallows the key, "\r\n" whole
   Replace(sel_start_, sel_length_, insert, true);
 }
 
