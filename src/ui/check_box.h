@@ -24,6 +24,7 @@ class CheckBox : public CaptionedControl {
   std::optional<std::string> QueryState(const std::string& name) const override;
   //! A click toggles.
   UiResult ApplyAction(const Action& action) override;
+
  private:
   int value_ = vbUnchecked;
 };

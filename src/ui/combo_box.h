@@ -61,6 +61,7 @@ class ComboBox : public Control {
   //! on one finds out after.
   std::string RefuseAction(const Action& action) const override;
   UiResult ApplyAction(const Action& action) override;
+
  private:
   struct Item {
     std::string text;

@@ -29,6 +29,7 @@ class DatePicker : public Control {
   //! Takes a date action: a readable date, or none when the picker offers it.
   std::string RefuseAction(const Action& action) const override;
   UiResult ApplyAction(const Action& action) override;
+
  private:
   std::optional<Date> value_;
   bool allow_none_ = true;

@@ -19,6 +19,7 @@ class MenuItem : public CaptionedControl {
   //! A click opens the menus above the item first (running each one's Click, which may
   //! enable or disable what it holds), then clicks the item when it is still reachable.
   UiResult ApplyAction(const Action& action) override;
+
  private:
   bool checked_ = false;
 };

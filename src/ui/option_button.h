@@ -19,6 +19,7 @@ class OptionButton : public CaptionedControl {
   std::optional<std::string> QueryState(const std::string& name) const override;
   //! A click turns it on; a click on an option already on clicks again, though nothing changes.
   UiResult ApplyAction(const Action& action) override;
+
  private:
   bool value_ = false;
 };

@@ -41,6 +41,7 @@ class OptionGroup : public Control {
   std::string RefuseAction(const Action& action) const override;
   //! Chooses the option; a click on the chosen one clicks again, though nothing changes.
   UiResult ApplyAction(const Action& action) override;
+
  private:
   struct Option {
     std::string caption;

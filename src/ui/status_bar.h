@@ -30,6 +30,7 @@ class StatusBar : public Control {
   //! text reads the simple text, count the panels, panel[KEY] a panel's text by key or
   //! index (VbError 35601 when there is none).
   std::optional<std::string> QueryState(const std::string& name) const override;
+
  private:
   struct Panel {
     std::string key;

@@ -50,6 +50,7 @@ class TabStrip : public Control {
   std::string RefuseAction(const Action& action) const override;
   //! The clerk's click on the tab (BeforeClick may keep the old one).
   UiResult ApplyAction(const Action& action) override;
+
  private:
   struct Tab {
     std::string key;

@@ -65,6 +65,7 @@ class TextBox : public Control {
   //! Takes typing and pasted text; a paste replaces the whole text.
   std::string RefuseAction(const Action& action) const override;
   UiResult ApplyAction(const Action& action) override;
+
  private:
   //! Characters MaxLength leaves for replacing `length` bytes at `start`; -1 when unlimited.
   int Room(int start, int length) const;
