@@ -1,13 +1,13 @@
 // A check box: Value 0/1/2, Click on every change.
 #include "ui/check_box.h"
 
+#include "core/text.h"
 #include "ui/prop_text.h"
 
 namespace kiv::ui {
 
 CheckBox::CheckBox(std::string name, std::string caption)
-    : Control(std::move(name), "CheckBox"), caption_(std::move(caption)) {
-  RegisterProperty("Caption", [this] { return caption_; }, [this](const std::string& v) { SetCaption(v); });
+    : CaptionedControl(std::move(name), "CheckBox", std::move(caption)) {
   RegisterProperty("Value", [this] { return std::to_string(value_); },
                    [this](const std::string& v) { SetValue(ParseIntText(v)); });
 }
@@ -23,6 +23,19 @@ void CheckBox::Toggle() { SetValue(value_ == vbChecked ? vbUnchecked : vbChecked
 
 void CheckBox::DefaultKeyPress(int key_ascii) {
   if (key_ascii == ' ') Toggle();
+}
+
+std::optional<std::string> CheckBox::QueryState(const std::string& name) const {
+  std::string p = LCase(name);
+  if (p == "value") return std::to_string(value_);
+  if (p == "checked") return BoolText(value_ == vbChecked);
+  return Control::QueryState(name);
+}
+
+UiResult CheckBox::ApplyAction(const Action& action) {
+  if (action.kind != ActionKind::Click) return Control::ApplyAction(action);
+  Toggle();
+  return UiResult::Ok();
 }
 
 }  // namespace kiv::ui

@@ -3,17 +3,15 @@
 #pragma once
 #include <string>
 
-#include "ui/control.h"
+#include "ui/captioned_control.h"
 
 namespace kiv::ui {
 
 enum CheckValue : int { vbUnchecked = 0, vbChecked = 1, vbGrayed = 2 };
 
-class CheckBox : public Control {
+class CheckBox : public CaptionedControl {
  public:
   explicit CheckBox(std::string name, std::string caption = {});
-  const std::string& Caption() const { return caption_; }
-  void SetCaption(std::string v) { caption_ = std::move(v); }
   int Value() const { return value_; }
   //! Sets 0, 1 or 2 (else VbError 380); fires Click when the value changes.
   void SetValue(int v);
@@ -22,8 +20,12 @@ class CheckBox : public Control {
   //! Space toggles.
   void DefaultKeyPress(int key_ascii) override;
 
+  //! value reads 0, 1 or 2; checked whether it is checked.
+  std::optional<std::string> QueryState(const std::string& name) const override;
+  //! A click toggles.
+  UiResult ApplyAction(const Action& action) override;
+
  private:
-  std::string caption_;
   int value_ = vbUnchecked;
 };
 

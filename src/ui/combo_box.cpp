@@ -161,4 +161,42 @@ void ComboBox::DefaultKeyDown(int key_code, int) {
   if (key_code == vbKeyUp && list_index_ > 0) SetListIndex(list_index_ - 1);
 }
 
+std::optional<std::string> ComboBox::QueryState(const std::string& name) const {
+  std::string p = LCase(name);
+  if (p == "text") return text_;
+  if (p == "value") return std::to_string(list_index_);
+  if (p == "selected") return SelectedKey().empty() ? text_ : SelectedKey();
+  if (p == "count") return std::to_string(ListCount());
+  return Control::QueryState(name);
+}
+
+std::string ComboBox::RefuseAction(const Action& action) const {
+  switch (action.kind) {
+    case ActionKind::Type:
+    case ActionKind::Paste:
+      if (style_ == vbComboDropdown) return {};
+      break;
+    case ActionKind::Click:
+      if (!action.text.empty()) return {};
+      break;
+    case ActionKind::Choose:
+      if (FindKey(action.text) < 0 && FindText(action.text) < 0) return Name() + " has no item " + action.text;
+      return {};
+    default:
+      break;
+  }
+  return Control::RefuseAction(action);
+}
+
+UiResult ComboBox::ApplyAction(const Action& action) {
+  if (action.kind == ActionKind::Paste) {
+    SetText(action.text);
+    return UiResult::Ok();
+  }
+  bool pick = action.kind == ActionKind::Choose || (action.kind == ActionKind::Click && !action.text.empty());
+  if (!pick) return Control::ApplyAction(action);
+  if (!Choose(action.text)) return UiResult::Fail(Name() + " has no item " + action.text);
+  return UiResult::Ok();
+}
+
 }  // namespace kiv::ui

@@ -53,6 +53,15 @@ class ComboBox : public Control {
   //! Up and Down move to the previous or next item (Click as for any selection).
   void DefaultKeyDown(int key_code, int shift) override;
 
+  //! text reads the text, value the list index, selected the chosen key (its text when it
+  //! has none), count the items.
+  std::optional<std::string> QueryState(const std::string& name) const override;
+  //! A dropdown combo takes typing and pasted text; any combo a click or choice of an item
+  //! (by key or text). Choosing an item it lacks is refused before the focus moves; a click
+  //! on one finds out after.
+  std::string RefuseAction(const Action& action) const override;
+  UiResult ApplyAction(const Action& action) override;
+
  private:
   struct Item {
     std::string text;

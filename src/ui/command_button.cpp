@@ -8,8 +8,7 @@
 namespace kiv::ui {
 
 CommandButton::CommandButton(std::string name, std::string caption)
-    : Control(std::move(name), "CommandButton"), caption_(std::move(caption)) {
-  RegisterProperty("Caption", [this] { return caption_; }, [this](const std::string& v) { SetCaption(v); });
+    : CaptionedControl(std::move(name), "CommandButton", std::move(caption)) {
   RegisterProperty("Default", [this] { return BoolText(default_); },
                    [this](const std::string& v) { SetDefault(ParseBoolText(v)); });
   RegisterProperty("Cancel", [this] { return BoolText(cancel_); },

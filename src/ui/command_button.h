@@ -3,15 +3,13 @@
 #pragma once
 #include <string>
 
-#include "ui/control.h"
+#include "ui/captioned_control.h"
 
 namespace kiv::ui {
 
-class CommandButton : public Control {
+class CommandButton : public CaptionedControl {
  public:
   explicit CommandButton(std::string name, std::string caption = {});
-  const std::string& Caption() const { return caption_; }
-  void SetCaption(std::string v) { caption_ = std::move(v); }
   //! The form's default button: Enter clicks it. Setting it clears it on the form's others.
   bool Default() const { return default_; }
   void SetDefault(bool v);
@@ -25,7 +23,6 @@ class CommandButton : public Control {
   bool ConsumesKey(int key_code, int shift) const override;
 
  private:
-  std::string caption_;
   bool default_ = false;
   bool cancel_ = false;
 };

@@ -86,6 +86,45 @@ void Control::DefaultKeyDown(int, int) {}
 void Control::DefaultKeyPress(int) {}
 bool Control::ConsumesKey(int, int) const { return false; }
 
+std::string Control::ShownCaption() const { return HasProperty("Caption") ? GetProperty("Caption") : std::string(); }
+
+std::optional<std::string> Control::QueryState(const std::string& name) const {
+  std::string p = LCase(name);
+  if (p == "enabled") return BoolText(enabled_);
+  if (p == "visible") return BoolText(visible_);
+  if (p == "focus") return BoolText(HasFocus());
+  if (p == "text" || p == "caption") return ShownCaption();
+  return std::nullopt;
+}
+
+std::string Control::RefuseAction(const Action& action) const {
+  switch (action.kind) {
+    case ActionKind::Type: return name_ + " does not take typing";
+    case ActionKind::Paste: return name_ + " does not take pasted text";
+    case ActionKind::Click: return action.text.empty() ? std::string() : name_ + " has no items to click";
+    case ActionKind::Choose: return name_ + " has no list to choose from";
+    case ActionKind::Date: return name_ + " is not a date picker";
+    case ActionKind::Select:
+    case ActionKind::Edit:
+    case ActionKind::Expand: return name_ + " is not a grid";
+    case ActionKind::DblClick: return action.rows.empty() ? std::string() : name_ + " is not a grid";
+    default: return "unknown action";
+  }
+}
+
+UiResult Control::ApplyAction(const Action& action) {
+  if (action.kind == ActionKind::Click) {
+    FireClick();
+    return UiResult::Ok();
+  }
+  if (action.kind == ActionKind::DblClick) {
+    FireDblClick();
+    return UiResult::Ok();
+  }
+  std::string refusal = RefuseAction(action);
+  return UiResult::Fail(refusal.empty() ? "unknown action" : refusal);
+}
+
 void Control::FireChange() {
   if (!on_change) return;
   auto handler = on_change;  // a handler may replace itself

@@ -3,9 +3,12 @@
 // text, so a script runner or a browser can walk any form without knowing its controls.
 #pragma once
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "ui/action.h"
 
 namespace kiv::ui {
 
@@ -85,6 +88,24 @@ class Control {
   //! True when the control keeps Enter (or Esc) for itself instead of letting the form's
   //! default (cancel) button have it: a focused command button, a multi-line text box with Ctrl.
   virtual bool ConsumesKey(int key_code, int shift) const;
+
+  // ---- what a front end sees and does, by control kind ----
+  //! The caption a clerk reads on the control: its Caption property when it has one, else
+  //! empty. A tab strip answers its selected tab, an option group its chosen option.
+  virtual std::string ShownCaption() const;
+  //! Answers a standard query (name without regard to case): enabled, visible, focus, text
+  //! and caption here; value, checked, selected, count and the kind's own names (a grid's
+  //! rows or [ROW,COL]) where a kind has them. nullopt when the kind does not know the name,
+  //! so the caller may fall back to the property of that name.
+  virtual std::optional<std::string> QueryState(const std::string& name) const;
+  //! Checks, before the form moves the focus here, that the control takes `action` (its
+  //! kind, item, row or date); an error text refuses it, empty lets it go on. Focus, Key
+  //! and Close are the form's and never come here. Any control takes a plain click and a
+  //! plain double click; the rest is refused unless a kind takes it.
+  virtual std::string RefuseAction(const Action& action) const;
+  //! Carries out an action RefuseAction let through, once the focus is here (Type is the
+  //! form's: it sends the keys). A plain click fires Click, a double click DblClick.
+  virtual UiResult ApplyAction(const Action& action);
 
   // Events, as on the platform. A handler left empty does nothing.
   std::function<void()> on_change;

@@ -36,4 +36,26 @@ bool DatePicker::SetFromText(const std::string& text) {
   return true;
 }
 
+std::optional<std::string> DatePicker::QueryState(const std::string& name) const {
+  std::string p = LCase(name);
+  if (p == "text") return Text();
+  if (p == "value") return HasValue() ? Text() : std::string("none");
+  return Control::QueryState(name);
+}
+
+std::string DatePicker::RefuseAction(const Action& action) const {
+  if (action.kind != ActionKind::Date) return Control::RefuseAction(action);
+  std::string t = Trim(action.text);
+  bool none = t.empty() || EqualsNoCase(t, "none");
+  if (none && !allow_none_) return Name() + " cannot be left without a date";
+  if (!none && !Date::Parse(t)) return "not a date: " + action.text;
+  return {};
+}
+
+UiResult DatePicker::ApplyAction(const Action& action) {
+  if (action.kind != ActionKind::Date) return Control::ApplyAction(action);
+  if (!SetFromText(action.text)) return UiResult::Fail("not a date: " + action.text);
+  return UiResult::Ok();
+}
+
 }  // namespace kiv::ui

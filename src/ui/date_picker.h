@@ -24,6 +24,12 @@ class DatePicker : public Control {
   bool AllowNone() const { return allow_none_; }
   void SetAllowNone(bool v) { allow_none_ = v; }
 
+  //! text reads the date (empty when none), value the date or "none".
+  std::optional<std::string> QueryState(const std::string& name) const override;
+  //! Takes a date action: a readable date, or none when the picker offers it.
+  std::string RefuseAction(const Action& action) const override;
+  UiResult ApplyAction(const Action& action) override;
+
  private:
   std::optional<Date> value_;
   bool allow_none_ = true;

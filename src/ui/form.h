@@ -116,11 +116,15 @@ class Form {
   //! The tree as indented text, one control a line, grids with their cells.
   std::string DescribeText() const;
   //! Performs a generic action; never throws: an unknown or unreachable control, a bad item
-  //! or a handler that raised comes back as an error text.
+  //! or a handler that raised comes back as an error text. The form finds the control,
+  //! checks it can be reached, handles focus, keys, typing and the close box itself, and
+  //! leaves the rest to the control (Control::RefuseAction before the focus moves to it,
+  //! Control::ApplyAction after; a Validate that keeps the focus elsewhere stops the action).
   UiResult Perform(const Action& action);
   //! Answers `expect CTRL.PROP`: text caption value enabled visible checked selected count
   //! focus, panel[KEY], [ROW,COL] (a grid cell as shown), rows (data rows), cols,
-  //! colhidden[C], rowhidden[R]; any other name reads the control's property of that name.
+  //! colhidden[C], rowhidden[R] (each kind answers through Control::QueryState); any other
+  //! name reads the control's property of that name.
   //! `control` empty or the form's name asks the form: caption, visible, focus (the
   //! active control's name), loaded.
   UiResult Query(const std::string& control, const std::string& prop) const;
@@ -128,6 +132,8 @@ class Form {
  private:
   void Adopt(std::unique_ptr<Control> control);
   UiResult PerformOn(Control& control, const Action& action);
+  //! Types `text` a character at a time into whichever control has the focus as it goes.
+  UiResult TypeText(const std::string& text);
   std::string DeliverKey(Control& target, int key_code, int shift, int key_ascii);
   void RunPendingTabs();
 

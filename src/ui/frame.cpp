@@ -3,8 +3,6 @@
 
 namespace kiv::ui {
 
-Frame::Frame(std::string name, std::string caption) : Control(std::move(name), "Frame"), caption_(std::move(caption)) {
-  RegisterProperty("Caption", [this] { return caption_; }, [this](const std::string& v) { SetCaption(v); });
-}
+Frame::Frame(std::string name, std::string caption) : CaptionedControl(std::move(name), "Frame", std::move(caption)) {}
 
 }  // namespace kiv::ui

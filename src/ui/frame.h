@@ -2,19 +2,14 @@
 #pragma once
 #include <string>
 
-#include "ui/control.h"
+#include "ui/captioned_control.h"
 
 namespace kiv::ui {
 
-class Frame : public Control {
+class Frame : public CaptionedControl {
  public:
   explicit Frame(std::string name, std::string caption = {});
-  const std::string& Caption() const { return caption_; }
-  void SetCaption(std::string v) { caption_ = std::move(v); }
   bool Focusable() const override { return false; }
-
- private:
-  std::string caption_;
 };
 
 }  // namespace kiv::ui

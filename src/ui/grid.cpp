@@ -13,13 +13,27 @@
 namespace kiv::ui {
 
 Grid::Grid(std::string name) : Control(std::move(name), "Grid") {
+  RegisterGridProperties();
+  Reset();
+}
+
+void Grid::Reset() {
+  format_string_.clear();
   cols_ = 1;
+  fixed_rows_ = 1;
+  fixed_cols_ = 0;
   cells_.assign(1, std::vector<Cell>(1));
   rows_.assign(1, RowInfo{});
   col_info_.assign(1, ColInfo{});
   row_ = -1;
+  col_ = 0;
   row_sel_ = -1;
-  RegisterGridProperties();
+  selection_mode_ = flexSelectionFree;
+  editable_ = flexEDNone;
+  mouse_row_ = -1;
+  mouse_col_ = -1;
+  redraw_ = true;
+  edit_text_.clear();
 }
 
 // ---- shape ----
@@ -36,6 +50,7 @@ void Grid::SetFormatString(const std::string& fmt) {
   }
   std::vector<std::string> heads = Split(col_part, "|");
   SetCols(std::max(static_cast<int>(heads.size()), std::max(fixed_cols_, 1)));
+  std::fill(col_info_.begin(), col_info_.end(), ColInfo{});
   for (size_t i = 0; i < heads.size(); ++i) {
     std::string head = heads[i];
     GridAlign align = GridAlign::General;

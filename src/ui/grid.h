@@ -30,6 +30,10 @@ class Grid : public Control {
   //! Sets columns, header texts and alignments: "|" separates columns; a leading "<", "^"
   //! or ">" aligns a column left, centred or right; text after ";" labels the rows below the
   //! header in column 0 ("|"-separated), adding rows when needed. Cols becomes the column count.
+  //! A format string describes a new column layout: every column's own settings (hidden,
+  //! width, format, combo list, key, data type) go back to their defaults before the
+  //! string's alignments apply. Rows and their cells, hidden rows and the grid-wide modes
+  //! (edit, selection) are not the string's and stay; Reset drops those too.
   void SetFormatString(const std::string& fmt);
   const std::string& FormatString() const { return format_string_; }
   int Rows() const { return static_cast<int>(cells_.size()); }
@@ -59,6 +63,14 @@ class Grid : public Control {
   void SetText(const std::string& v);
   //! Empties every cell (header included), checks and row data; the shape stays.
   void Clear();
+  //! Returns the grid to the state of a newly constructed one, as a page that takes the grid
+  //! over needs it: one empty header row and column, no format string, fixed columns, hidden
+  //! rows or columns, column formats, data types, keys, combo lists, widths or alignments, no
+  //! edit or selection mode, outline, checks, row data or selection; nothing current. It
+  //! keeps what is the form's rather than the grid's: the name, the container, the common
+  //! properties (enabled, visible, tab order, tag, tool tip) and the event handlers. Fires
+  //! no event.
+  void Reset();
   //! Cell check box state; VbError 9 outside the grid.
   int CellChecked(int row, int col) const;
   void SetCellChecked(int row, int col, int state);
@@ -162,6 +174,17 @@ class Grid : public Control {
   std::function<void(int row, int state, bool& cancel)> on_before_collapse;
   std::function<void(int row, int state)> on_after_collapse;
 
+  // ---- what a front end sees and does ----
+  //! text and value read the current cell as shown; checked its check box; selected the
+  //! selected rows ("1,3"); count and rows the data rows; cols the columns; [ROW,COL] a
+  //! cell as shown; colhidden[C], rowhidden[R], checked[ROW,COL] as their names say.
+  std::optional<std::string> QueryState(const std::string& name) const override;
+  //! A click names a row number; select, edit and expand name rows, double click one row;
+  //! a row outside the data rows is refused before the focus moves.
+  std::string RefuseAction(const Action& action) const override;
+  //! A click on a row selects it; select, edit, expand and double click act as the clerk's.
+  UiResult ApplyAction(const Action& action) override;
+
  private:
   struct Cell {
     std::string text;
@@ -193,16 +216,17 @@ class Grid : public Control {
   void CheckCol(int col) const;
   void RegisterGridProperties();
 
+  // The grid's own state: Reset returns every member below to the value it gives it.
   std::string format_string_;
-  int cols_ = 2;
+  int cols_ = 1;
   int fixed_rows_ = 1;
   int fixed_cols_ = 0;
   std::vector<std::vector<Cell>> cells_;
   std::vector<RowInfo> rows_;
   std::vector<ColInfo> col_info_;
-  int row_ = 0;
+  int row_ = -1;
   int col_ = 0;
-  int row_sel_ = 0;
+  int row_sel_ = -1;
   int selection_mode_ = flexSelectionFree;
   int editable_ = flexEDNone;
   int mouse_row_ = -1;

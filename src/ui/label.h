@@ -2,20 +2,18 @@
 #pragma once
 #include <string>
 
-#include "ui/control.h"
+#include "ui/captioned_control.h"
 
 namespace kiv::ui {
 
-class Label : public Control {
+class Label : public CaptionedControl {
  public:
   explicit Label(std::string name, std::string caption = {});
-  const std::string& Caption() const { return caption_; }
-  //! Sets the caption; a label fires Change when its caption changes.
-  void SetCaption(const std::string& v);
   bool Focusable() const override { return false; }
 
- private:
-  std::string caption_;
+ protected:
+  //! A label fires Change when its caption changes.
+  void CaptionChanged() override { FireChange(); }
 };
 
 }  // namespace kiv::ui

@@ -3,21 +3,24 @@
 #pragma once
 #include <string>
 
-#include "ui/control.h"
+#include "ui/captioned_control.h"
 
 namespace kiv::ui {
 
-class MenuItem : public Control {
+class MenuItem : public CaptionedControl {
  public:
   explicit MenuItem(std::string name, std::string caption = {});
-  const std::string& Caption() const { return caption_; }
-  void SetCaption(std::string v) { caption_ = std::move(v); }
   bool Checked() const { return checked_; }
   void SetChecked(bool v) { checked_ = v; }
   bool Focusable() const override { return false; }
 
+  //! value and checked read the check mark.
+  std::optional<std::string> QueryState(const std::string& name) const override;
+  //! A click opens the menus above the item first (running each one's Click, which may
+  //! enable or disable what it holds), then clicks the item when it is still reachable.
+  UiResult ApplyAction(const Action& action) override;
+
  private:
-  std::string caption_;
   bool checked_ = false;
 };
 

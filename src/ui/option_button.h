@@ -3,22 +3,24 @@
 #pragma once
 #include <string>
 
-#include "ui/control.h"
+#include "ui/captioned_control.h"
 
 namespace kiv::ui {
 
-class OptionButton : public Control {
+class OptionButton : public CaptionedControl {
  public:
   explicit OptionButton(std::string name, std::string caption = {});
-  const std::string& Caption() const { return caption_; }
-  void SetCaption(std::string v) { caption_ = std::move(v); }
   bool Value() const { return value_; }
   //! Turning it on clears the other option buttons of its container and fires Click when
   //! it was off; turning it off fires nothing.
   void SetValue(bool v);
 
+  //! value, checked and selected read whether it is on.
+  std::optional<std::string> QueryState(const std::string& name) const override;
+  //! A click turns it on; a click on an option already on clicks again, though nothing changes.
+  UiResult ApplyAction(const Action& action) override;
+
  private:
-  std::string caption_;
   bool value_ = false;
 };
 

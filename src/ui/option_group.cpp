@@ -79,4 +79,32 @@ int OptionGroup::FindOption(const std::string& item) const {
   return -1;
 }
 
+std::string OptionGroup::ShownCaption() const { return value_ >= 0 ? options_[value_].caption : std::string(); }
+
+std::optional<std::string> OptionGroup::QueryState(const std::string& name) const {
+  std::string p = LCase(name);
+  if (p == "value") return std::to_string(value_);
+  if (p == "selected") return value_ >= 0 ? StripAccelerator(options_[value_].caption) : std::string();
+  if (p == "count") return std::to_string(Count());
+  return Control::QueryState(name);
+}
+
+std::string OptionGroup::RefuseAction(const Action& action) const {
+  if (action.kind != ActionKind::Click && action.kind != ActionKind::Choose) return Control::RefuseAction(action);
+  if (action.text.empty()) return "click " + Name() + ": which item?";
+  int index = FindOption(action.text);
+  if (index < 0) return Name() + " has no item " + action.text;
+  if (!options_[index].enabled || !options_[index].visible) return Name() + " item " + action.text + " is disabled";
+  return {};
+}
+
+UiResult OptionGroup::ApplyAction(const Action& action) {
+  if (action.kind != ActionKind::Click && action.kind != ActionKind::Choose) return Control::ApplyAction(action);
+  int index = FindOption(action.text);
+  if (index < 0) return UiResult::Fail(Name() + " has no item " + action.text);
+  if (IsChosen(index)) FireClick();
+  SetValue(index);
+  return UiResult::Ok();
+}
+
 }  // namespace kiv::ui

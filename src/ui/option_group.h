@@ -32,6 +32,16 @@ class OptionGroup : public Control {
   //! or index text is `item`; -1 when none.
   int FindOption(const std::string& item) const;
 
+  //! The chosen option's caption; empty when none.
+  std::string ShownCaption() const override;
+  //! value reads the chosen index, selected its caption without "&" marks, count the options.
+  std::optional<std::string> QueryState(const std::string& name) const override;
+  //! A click or choice names an option by caption or index; a missing, disabled or hidden
+  //! option is refused before the focus moves.
+  std::string RefuseAction(const Action& action) const override;
+  //! Chooses the option; a click on the chosen one clicks again, though nothing changes.
+  UiResult ApplyAction(const Action& action) override;
+
  private:
   struct Option {
     std::string caption;

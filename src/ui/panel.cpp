@@ -3,8 +3,6 @@
 
 namespace kiv::ui {
 
-Panel::Panel(std::string name, std::string caption) : Control(std::move(name), "Panel"), caption_(std::move(caption)) {
-  RegisterProperty("Caption", [this] { return caption_; }, [this](const std::string& v) { SetCaption(v); });
-}
+Panel::Panel(std::string name, std::string caption) : CaptionedControl(std::move(name), "Panel", std::move(caption)) {}
 
 }  // namespace kiv::ui

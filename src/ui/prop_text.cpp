@@ -18,6 +18,23 @@ bool ParseBoolText(const std::string& text) {
   RaiseError(kErrTypeMismatch);
 }
 
+bool ReadPair(const std::string& text, int& a, int& b) {
+  if (text.size() < 5 || text.front() != '[' || text.back() != ']') return false;
+  std::string inner = text.substr(1, text.size() - 2);
+  size_t comma = inner.find(',');
+  if (comma == std::string::npos) return false;
+  return TryParseInt(inner.substr(0, comma), a) && TryParseInt(inner.substr(comma + 1), b);
+}
+
+bool ReadIndexed(const std::string& text, const std::string& name, std::string& arg) {
+  if (text.size() < name.size() + 2 || !StartsWithNoCase(text, name) || text[name.size()] != '[' ||
+      text.back() != ']') {
+    return false;
+  }
+  arg = text.substr(name.size() + 1, text.size() - name.size() - 2);
+  return true;
+}
+
 bool TryParseInt(const std::string& text, int& out) {
   std::string t = Trim(text);
   if (t.empty()) return false;

@@ -13,6 +13,11 @@ bool ParseBoolText(const std::string& text);
 int ParseIntText(const std::string& text);
 //! True and the number when `text` is a whole number, false otherwise.
 bool TryParseInt(const std::string& text, int& out);
+//! Reads "[a,b]" into two numbers; false when the text is not of that form.
+bool ReadPair(const std::string& text, int& a, int& b);
+//! Reads "name[arg]" (name without regard to case) into its argument; false when `text`
+//! is not `name` with brackets.
+bool ReadIndexed(const std::string& text, const std::string& name, std::string& arg);
 //! Raises a control error with its platform description: 380 "Invalid property value",
 //! 381 "Invalid property array index", 383 "Property is read-only", 438 "Object doesn't
 //! support this property or method", 35600 "Index out of bounds", 35601 "Element not

@@ -62,4 +62,17 @@ const std::string& StatusBar::PanelKey(int index) const {
   return panels_[index - 1].key;
 }
 
+std::optional<std::string> StatusBar::QueryState(const std::string& name) const {
+  std::string p = LCase(name);
+  if (p == "text") return simple_text_;
+  if (p == "count") return std::to_string(PanelCount());
+  std::string arg;
+  if (ReadIndexed(name, "panel", arg)) {
+    int index = FindPanel(arg);
+    if (index == 0) RaiseControlError(35601);
+    return PanelTextAt(index);
+  }
+  return Control::QueryState(name);
+}
+
 }  // namespace kiv::ui

@@ -27,6 +27,10 @@ class StatusBar : public Control {
   void SetSimpleText(std::string v) { simple_text_ = std::move(v); }
   bool Focusable() const override { return false; }
 
+  //! text reads the simple text, count the panels, panel[KEY] a panel's text by key or
+  //! index (VbError 35601 when there is none).
+  std::optional<std::string> QueryState(const std::string& name) const override;
+
  private:
   struct Panel {
     std::string key;

@@ -98,4 +98,27 @@ bool TabStrip::ClickTab(int index) {
   return true;
 }
 
+std::optional<std::string> TabStrip::QueryState(const std::string& name) const {
+  std::string p = LCase(name);
+  if (p == "value") return std::to_string(selected_);
+  if (p == "selected") return SelectedKey().empty() ? SelectedCaption() : SelectedKey();
+  if (p == "count") return std::to_string(Count());
+  return Control::QueryState(name);
+}
+
+std::string TabStrip::RefuseAction(const Action& action) const {
+  if (action.kind != ActionKind::Click && action.kind != ActionKind::Choose) return Control::RefuseAction(action);
+  if (action.text.empty()) return "click " + Name() + ": which item?";
+  if (FindTab(action.text) < 1) return Name() + " has no item " + action.text;
+  return {};
+}
+
+UiResult TabStrip::ApplyAction(const Action& action) {
+  if (action.kind != ActionKind::Click && action.kind != ActionKind::Choose) return Control::ApplyAction(action);
+  int index = FindTab(action.text);
+  if (index < 1) return UiResult::Fail(Name() + " has no item " + action.text);
+  ClickTab(index);
+  return UiResult::Ok();
+}
+
 }  // namespace kiv::ui

@@ -41,6 +41,16 @@ class TabStrip : public Control {
 
   std::function<void(bool& cancel)> on_before_click;
 
+  //! The selected tab's caption.
+  std::string ShownCaption() const override { return SelectedCaption(); }
+  //! value reads the selected index, selected its key (its caption when it has none), count
+  //! the tabs.
+  std::optional<std::string> QueryState(const std::string& name) const override;
+  //! A click or choice names a tab by key, caption or index; a missing one is refused.
+  std::string RefuseAction(const Action& action) const override;
+  //! The clerk's click on the tab (BeforeClick may keep the old one).
+  UiResult ApplyAction(const Action& action) override;
+
  private:
   struct Tab {
     std::string key;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "core/text.h"
 #include "ui/keys.h"
 #include "ui/prop_text.h"
 
@@ -26,6 +27,21 @@ int NextCodePoint(const std::string& s, int pos) {
   int n = static_cast<int>(s.size());
   while (p < n && IsContinuation(static_cast<unsigned char>(s[p]))) ++p;
   return std::min(p, n);
+}
+
+//! Characters (code points) in UTF-8 text; a stray byte counts as one.
+int CharCount(const std::string& s) {
+  int n = 0;
+  for (char c : s) n += IsContinuation(static_cast<unsigned char>(c)) ? 0 : 1;
+  return n;
+}
+
+//! The first `chars` characters of `s`, never cutting one in two.
+std::string FirstChars(const std::string& s, int chars) {
+  int end = 0;
+  int n = static_cast<int>(s.size());
+  for (int i = 0; i < chars && end < n; ++i) end = NextCodePoint(s, end);
+  return s.substr(0, end);
 }
 
 std::string Utf8(int code_point) {
@@ -89,7 +105,15 @@ void TextBox::SelectAll() {
   sel_length_ = static_cast<int>(text_.size());
 }
 
-void TextBox::Replace(int start, int length, const std::string& with, bool fire_events) {
+int TextBox::Room(int start, int length) const {
+  if (max_length_ == 0) return -1;
+  int kept = CharCount(text_) - CharCount(text_.substr(start, length));
+  return std::max(max_length_ - kept, 0);
+}
+
+void TextBox::Replace(int start, int length, const std::string& text, bool fire_events) {
+  int room = Room(start, length);
+  std::string with = room < 0 ? text : FirstChars(text, room);
   std::string next = text_.substr(0, start) + with + text_.substr(start + length);
   sel_start_ = start + static_cast<int>(with.size());
   sel_length_ = 0;
@@ -120,10 +144,8 @@ void TextBox::DefaultKeyPress(int key_ascii) {
   } else {
     insert = Utf8(key_ascii);
   }
-  if (max_length_ > 0 &&
-      static_cast<int>(text_.size()) - sel_length_ + static_cast<int>(insert.size()) > max_length_) {
-    return;
-  }
+  int room = Room(sel_start_, sel_length_);
+  if (room >= 0 && CharCount(insert) > room) return;  // a full box swallows the key, "\r\n" whole
   Replace(sel_start_, sel_length_, insert, true);
 }
 
@@ -152,6 +174,23 @@ void TextBox::DefaultKeyDown(int key_code, int) {
 bool TextBox::ConsumesKey(int key_code, int shift) const {
   // Ctrl+Enter breaks the line of a multi-line box whatever the form's default button.
   return multi_line_ && key_code == vbKeyReturn && (shift & vbCtrlMask) != 0;
+}
+
+std::optional<std::string> TextBox::QueryState(const std::string& name) const {
+  std::string p = LCase(name);
+  if (p == "text" || p == "value") return text_;
+  return Control::QueryState(name);
+}
+
+std::string TextBox::RefuseAction(const Action& action) const {
+  if (action.kind == ActionKind::Type || action.kind == ActionKind::Paste) return {};
+  return Control::RefuseAction(action);
+}
+
+UiResult TextBox::ApplyAction(const Action& action) {
+  if (action.kind != ActionKind::Paste) return Control::ApplyAction(action);
+  SetText(action.text);
+  return UiResult::Ok();
 }
 
 }  // namespace kiv::ui

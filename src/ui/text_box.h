@@ -13,7 +13,8 @@ class TextBox : public Control {
   explicit TextBox(std::string name);
 
   const std::string& Text() const { return text_; }
-  //! Replaces the text and puts the caret at its end with nothing selected. Fires Change
+  //! Replaces the text (cut at MaxLength) and puts the caret at its end with nothing
+  //! selected. Fires Change
   //! when the text differs and `fire_events` is true (setting from code fires it, as on
   //! the platform); the changed marker is set by any real change either way.
   void SetText(const std::string& v, bool fire_events = true);
@@ -26,7 +27,8 @@ class TextBox : public Control {
   //! Selects from the caret on, clamped to the text.
   void SetSelLength(int v);
   std::string SelText() const;
-  //! Replaces the selection with `v` and puts the caret after it; fires Change.
+  //! Replaces the selection with `v` (cut to what MaxLength leaves room for) and puts the
+  //! caret after it; fires Change.
   void SetSelText(const std::string& v);
   //! Selects the whole text (what a field does on entry).
   void SelectAll();
@@ -40,7 +42,9 @@ class TextBox : public Control {
   void SetLocked(bool v) { locked_ = v; }
   bool MultiLine() const { return multi_line_; }
   void SetMultiLine(bool v) { multi_line_ = v; }
-  //! Longest text the clerk can type, in bytes; 0 is unlimited. Code may set longer text.
+  //! Longest text in characters (not bytes); 0 is unlimited. Typing beyond it is swallowed
+  //! (KeyPress still runs); text set from code, pasted or put over the selection is cut at
+  //! it. Lowering it leaves a longer text as it stands until it is replaced.
   int MaxLength() const { return max_length_; }
   void SetMaxLength(int v) { max_length_ = v < 0 ? 0 : v; }
   //! Masking character shown instead of the text (for passwords); empty shows the text.
@@ -56,8 +60,16 @@ class TextBox : public Control {
   void DefaultKeyDown(int key_code, int shift) override;
   bool ConsumesKey(int key_code, int shift) const override;
 
+  //! text and value read the text.
+  std::optional<std::string> QueryState(const std::string& name) const override;
+  //! Takes typing and pasted text; a paste replaces the whole text.
+  std::string RefuseAction(const Action& action) const override;
+  UiResult ApplyAction(const Action& action) override;
+
  private:
-  void Replace(int start, int length, const std::string& with, bool fire_events);
+  //! Characters MaxLength leaves for replacing `length` bytes at `start`; -1 when unlimited.
+  int Room(int start, int length) const;
+  void Replace(int start, int length, const std::string& text, bool fire_events);
 
   std::string text_;
   int sel_start_ = 0;

@@ -41,6 +41,13 @@ class Ui {
   virtual void ShowModal(Form& form, Form* owner) = 0;
   //! Lets pending events run during a long fill; the fill stops when the pump says so.
   virtual void DoEvents() = 0;
+
+  //! How many scoped wait cursors (WaitCursor) are open over this Ui; 0 when none.
+  int WaitDepth() const { return wait_depth_; }
+
+ private:
+  friend class WaitCursor;
+  int wait_depth_ = 0;
 };
 
 //! A Ui with nobody in front of it: every box answers its first button, nothing is shown.

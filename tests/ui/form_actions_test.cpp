@@ -2,6 +2,7 @@
 // with: every failure comes back as text, never as an exception.
 #include <gtest/gtest.h>
 
+#include "core/text.h"
 #include "core/vb_error.h"
 #include "ui/check_box.h"
 #include "ui/combo_box.h"
@@ -13,6 +14,7 @@
 #include "ui/label.h"
 #include "ui/menu_item.h"
 #include "ui/option_group.h"
+#include "ui/prop_text.h"
 #include "ui/status_bar.h"
 #include "ui/tab_strip.h"
 #include "ui/text_box.h"
@@ -190,6 +192,43 @@ TEST_F(FormActionsTest, DescriptionNestsContainedControlsAndShowsGridCells) {
   std::string text = form.DescribeText();
   EXPECT_NE(text.find("  txtName (TextBox) Text=\"LEE\""), std::string::npos) << text;
   EXPECT_NE(text.find("[2] 9 | ANN"), std::string::npos) << text;
+}
+
+//! A kind the form has never heard of: it answers and acts through its own overrides.
+class Dial : public Control {
+ public:
+  explicit Dial(std::string name) : Control(std::move(name), "Dial") {}
+  std::string ShownCaption() const override { return "Volume"; }
+  std::optional<std::string> QueryState(const std::string& name) const override {
+    if (EqualsNoCase(name, "value")) return std::to_string(level);
+    return Control::QueryState(name);
+  }
+  std::string RefuseAction(const Action& action) const override {
+    if (action.kind != ActionKind::Choose) return Control::RefuseAction(action);
+    return action.text == "11" ? "the dial stops at 10" : "";
+  }
+  UiResult ApplyAction(const Action& action) override {
+    if (action.kind != ActionKind::Choose) return Control::ApplyAction(action);
+    level = ParseIntText(action.text);
+    return UiResult::Ok();
+  }
+  int level = 0;
+};
+
+TEST_F(FormActionsTest, ANewControlKindIsDrivenThroughItsOwnOverrides) {
+  Dial& dial = form.Add<Dial>("dlVolume");
+  name.on_validate = [](bool& cancel) { cancel = true; };
+  Do(ActionKind::Focus, "txtName");
+  UiResult stayed = Do(ActionKind::Choose, "dlVolume", "7");
+  EXPECT_NE(stayed.value.find("stayed on txtName"), std::string::npos);  // the form's focus rule first
+  EXPECT_EQ(dial.level, 0);
+  name.on_validate = nullptr;
+  EXPECT_TRUE(Do(ActionKind::Choose, "dlVolume", "7").ok);
+  EXPECT_EQ(Q("dlVolume", "value"), "7");
+  EXPECT_EQ(Q("dlVolume", "focus"), "True");
+  EXPECT_EQ(Q("dlVolume", "caption"), "Volume");
+  EXPECT_EQ(Do(ActionKind::Choose, "dlVolume", "11").error, "the dial stops at 10");
+  EXPECT_EQ(Do(ActionKind::Paste, "dlVolume", "3").error, "dlVolume does not take pasted text");
 }
 
 TEST_F(FormActionsTest, NoActionOrQueryCrashesOnOddInput) {

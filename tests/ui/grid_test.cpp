@@ -208,5 +208,90 @@ TEST_F(GridTest, ShrinkingKeepsTheCurrentRowInsideTheGrid) {
   EXPECT_THROW(grid.SetRows(0), VbError);
 }
 
+//! Lays a page out on a grid the way a list page of the detail editor does.
+void LayOutAPage(Grid& g) {
+  g.SetFormatString("State|>Amount|Type|Note");
+  for (const char* row : {"1\t12.5\tA\tx", "2\t-3\tB\ty", "3\t7\tA\tz"}) g.AddItem(row);
+  g.SetFixedCols(1);
+  g.SetColHidden(0, true);
+  g.SetColFormat(1, "($#,###.00)");
+  g.SetColComboList(2, "A|B");
+  g.SetColKey(2, "type");
+  g.SetColDataType(3, 11);
+  g.SetColWidth(3, 40);
+  g.SetColAlignment(3, GridAlign::Center);
+  g.SetEditable(flexEDKbdMouse);
+  g.SetSelectionMode(flexSelectionListBox);
+  g.SetIsSubtotal(1, true);
+  g.SetRowOutlineLevel(1, 1);
+  g.SetIsCollapsed(1, true);
+  g.SetRowHidden(3, true);
+  g.SetRowStyle(2, "header");
+  g.SetRowData(2, Variant(42));
+  g.SetCellChecked(2, 3, flexChecked);
+  g.SelectRows({2, 3});
+  g.SetRedraw(false);
+}
+
+TEST_F(GridTest, ResetLeavesNothingOfThePreviousPageButTheHandlers) {
+  Grid frame_like("fraPage");
+  grid.SetContainer(&frame_like);
+  LayOutAPage(grid);
+  grid.Reset();
+
+  Grid fresh("grdTest");
+  EXPECT_EQ(grid.PropertyValues(), fresh.PropertyValues());
+  EXPECT_EQ(grid.Rows(), 1);
+  EXPECT_EQ(grid.Cols(), 1);
+  EXPECT_EQ(grid.FixedCols(), 0);
+  EXPECT_FALSE(grid.ColHidden(0));
+  EXPECT_EQ(grid.ColFormat(0), "");
+  EXPECT_EQ(grid.ColComboList(0), "");
+  EXPECT_EQ(grid.ColKey(0), "");
+  EXPECT_EQ(grid.ColDataType(0), 0);
+  EXPECT_EQ(grid.ColWidth(0), fresh.ColWidth(0));
+  EXPECT_EQ(grid.ColAlignment(0), GridAlign::General);
+  EXPECT_EQ(grid.CellChecked(0, 0), flexNoCheckbox);
+  EXPECT_EQ(grid.ColIndex("type"), -1);
+  EXPECT_TRUE(grid.Redraw());
+  EXPECT_EQ(grid.MouseRow(), -1);
+
+  // The next page lays itself out from nothing: no row or column of the last one shows through.
+  grid.SetFormatString("Name|Value");
+  grid.AddItem("a\tb");
+  grid.AddItem("c\td");
+  grid.AddItem("e\tf");
+  EXPECT_EQ(grid.GetProperty("HiddenRows"), "");
+  EXPECT_TRUE(grid.IsEffectivelyVisible());
+  EXPECT_EQ(grid.Container(), &frame_like);
+  EXPECT_TRUE(grid.RowData(2).IsEmpty());
+  EXPECT_EQ(grid.RowStyle(2), "");
+
+  log.clear();
+  grid.SelectRows({2});
+  EXPECT_EQ(log, (std::vector<std::string>{"RowColChange 2", "SelChange", "Click"}));  // the handlers stay
+}
+
+TEST_F(GridTest, AFormatStringDescribesANewColumnLayoutAndKeepsRowsAndModes) {
+  LayOutAPage(grid);
+  grid.SetFormatString("Name|<Value|Kind|Extra|More");
+  ASSERT_EQ(grid.Cols(), 5);
+  for (int c = 0; c < grid.Cols(); ++c) {
+    EXPECT_FALSE(grid.ColHidden(c)) << c;
+    EXPECT_EQ(grid.ColFormat(c), "") << c;
+    EXPECT_EQ(grid.ColComboList(c), "") << c;
+    EXPECT_EQ(grid.ColKey(c), "") << c;
+    EXPECT_EQ(grid.ColDataType(c), 0) << c;
+    EXPECT_EQ(grid.ColWidth(c), Grid("fresh").ColWidth(0)) << c;
+  }
+  EXPECT_EQ(grid.ColAlignment(1), GridAlign::Left);
+  EXPECT_EQ(grid.ColAlignment(3), GridAlign::General);
+  EXPECT_EQ(grid.DisplayText(1, 1), "12.5");  // no longer shown as money
+  EXPECT_EQ(grid.Rows(), 4);                    // the rows, their state and the modes are not the string's
+  EXPECT_TRUE(grid.RowHidden(3));
+  EXPECT_EQ(grid.Editable(), flexEDKbdMouse);
+  EXPECT_EQ(grid.SelectionMode(), flexSelectionListBox);
+}
+
 }  // namespace
 }  // namespace kiv::ui

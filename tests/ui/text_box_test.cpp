@@ -76,6 +76,34 @@ TEST_F(TextBoxTest, LockedAndMaxLengthStopTheTextButNotKeyPress) {
   EXPECT_EQ(log, (std::vector<std::string>{"KeyPress Z", "KeyPress \b"}));
 }
 
+TEST_F(TextBoxTest, MaxLengthCountsCharactersNotBytesWhenTyping) {
+  box.SetProperty("MaxLength", "3");
+  Type("éßx!");  // two-byte characters count once each
+  EXPECT_EQ(box.Text(), "éßx");
+  EXPECT_EQ(log.back(), "KeyPress !");  // the clerk's key still runs; the character is swallowed
+  box.SetSelStart(0);
+  box.SetSelLength(4);  // "éß" (the caret counts bytes): a selection makes room for what replaces it
+  Type("ab");
+  EXPECT_EQ(box.Text(), "abx");
+}
+
+TEST_F(TextBoxTest, PastedOrSetTextIsCutAtMaxLength) {
+  box.SetMaxLength(4);
+  ASSERT_TRUE(form.Perform({ActionKind::Paste, "txtName", "ÅNGSTRÖM", {}, 0}));
+  EXPECT_EQ(box.Text(), "ÅNGS");
+  EXPECT_EQ(log, (std::vector<std::string>{"Change ÅNGS @5"}));  // one Change, caret after the kept text
+  box.SetText("ABCDEF", false);
+  EXPECT_EQ(box.Text(), "ABCD");
+  box.SetSelStart(1);
+  box.SetSelLength(1);
+  box.SetSelText("xyz");  // room for one character where one was selected
+  EXPECT_EQ(box.Text(), "AxCD");
+  EXPECT_EQ(form.Query("txtName", "MaxLength").value, "4");
+  box.SetMaxLength(0);  // no limit
+  box.SetText("ABCDEF");
+  EXPECT_EQ(box.Text(), "ABCDEF");
+}
+
 TEST_F(TextBoxTest, EnterBreaksTheLineOnlyInAMultiLineBox) {
   Type("A");
   Key("Enter");
