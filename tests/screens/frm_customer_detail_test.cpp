@@ -98,6 +98,31 @@ TEST(CustomerDetailPages, TabsHandTheButtonsToTheirPageAndLoadItOncePerFilling) 
   EXPECT_FALSE(rig.screen->PageLoaded(household)) << "filling again forces a reload";
 }
 
+TEST(CustomerDetailPages, EachPageStartsFromGridsWithNoLayoutOfThePreviousPage) {
+  DetailRig rig;
+  rig.Person();
+  rig.Open();
+  rig.Do(ActionKind::Click, "tabCustomer", "2");
+  // What a list page leaves behind in the shared grid: its columns and their settings.
+  ui::Grid& grid = rig.screen->grdMaster;
+  grid.SetFormatString("Name|^Gender|>DOB|Relation");
+  grid.SetColHidden(3, true);
+  grid.SetColFormat(2, "MM/dd/yyyy");
+  grid.SetColComboList(1, "|F|M");
+  grid.SetEditable(ui::flexEDKbdMouse);
+  grid.AddItem("SMITH\tF\t1/2/1990\tSPOUSE");
+  rig.Do(ActionKind::Click, "tabCustomer", "7");
+  const ui::Grid fresh("fresh");
+  EXPECT_EQ(grid.Rows(), fresh.Rows());
+  EXPECT_EQ(grid.Cols(), fresh.Cols());
+  EXPECT_EQ(grid.Editable(), ui::flexEDNone);
+  // The next page's columns carry nothing over either.
+  grid.SetCols(4);
+  EXPECT_FALSE(grid.ColHidden(3));
+  EXPECT_EQ(grid.ColFormat(2), "");
+  EXPECT_EQ(grid.ColComboList(1), "");
+}
+
 TEST(CustomerDetailPages, ADirtyPageAsksBeforeRefreshAndNoKeepsItsChanges) {
   DetailRig rig;
   rig.Person();

@@ -45,7 +45,7 @@ void frmCustomerDetail::ShowPage(int tab_index) {
   // The grids belong to whichever page is shown: nothing of the last page's layout or
   // handlers may carry over.
   for (ui::Grid* g : {&grdMaster, &grdDetail}) {
-    g->Clear();
+    g->Reset();
     g->SetVisible(false);
     g->on_before_edit = nullptr;
     g->on_validate_edit = nullptr;

@@ -11,22 +11,11 @@
 #include "records/c_customer.h"
 #include "records/system_country.h"
 #include "screens/detail/frm_customer_detail.h"
+#include "ui/wait_cursor.h"
 
 namespace kiv {
 
 namespace {
-
-//! Turns the wait cursor on for one save and off again on every way out.
-class WaitCursor {
- public:
-  explicit WaitCursor(ui::Ui& ui) : ui_(ui) { ui_.SetWaitCursor(true); }
-  ~WaitCursor() { ui_.SetWaitCursor(false); }
-  WaitCursor(const WaitCursor&) = delete;
-  WaitCursor& operator=(const WaitCursor&) = delete;
-
- private:
-  ui::Ui& ui_;
-};
 
 //! The record's own columns that writing the screen touches, so a refused Update can put
 //! them back as they were.
@@ -76,7 +65,7 @@ bool frmCustomerDetail::Ok() { return RunSave(true); }
 bool frmCustomerDetail::Save() { return RunSave(false); }
 
 bool frmCustomerDetail::RunSave(bool is_ok) {
-  WaitCursor wait(ui());
+  ui::WaitCursor wait(ui());
   if (!customer_) return false;
   StoreAddressFields();
   if (!ValidateCustomer()) return false;

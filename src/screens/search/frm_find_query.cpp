@@ -7,6 +7,7 @@
 #include "host/db_patterns.h"
 #include "screens/kit/list_fill.h"
 #include "screens/search/frm_find.h"
+#include "ui/wait_cursor.h"
 
 namespace kiv {
 
@@ -35,17 +36,6 @@ std::optional<Variant> NumberCriterion(const std::string& text, bool as_double) 
   }
 }
 
-//! The wait cursor for the length of a fill, restored on every path.
-class WaitCursor {
- public:
-  explicit WaitCursor(ui::Ui& ui) : ui_(ui) { ui_.SetWaitCursor(true); }
-  ~WaitCursor() { ui_.SetWaitCursor(false); }
-  WaitCursor(const WaitCursor&) = delete;
-  WaitCursor& operator=(const WaitCursor&) = delete;
-
- private:
-  ui::Ui& ui_;
-};
 
 }  // namespace
 
@@ -169,7 +159,7 @@ void frmFind::FetchPage() {
   params.Item("@search_customer_no")
       .SetValue(last_customer_no_ == 0 ? Variant::Null() : Variant(last_customer_no_));
 
-  WaitCursor wait(ui());
+  ui::WaitCursor wait(ui());
   host::ScopedRecordset rs = host::OpenProcedure(*db_, search_command_);
   if (rs && rs->IsOpen()) {
     // The return value is read as the procedure gives it; the screen does not act on it.
