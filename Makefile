@@ -9,7 +9,7 @@ BUILD ?= build
 CMAKE_FLAGS = -DCMAKE_BUILD_TYPE=RelWithDebInfo
 endif
 
-.PHONY: all bootstrap configure build test demo bench clean
+.PHONY: all bootstrap configure build test demo bench fuzz clean
 
 all: build
 
@@ -38,5 +38,13 @@ bench: bootstrap
 	@cmake --build build-bench --target run_bench -j $(JOBS)
 	@build-bench/bench/run_bench $(BENCH_ARGS)
 
+# Fuzz targets with clang's libFuzzer in build-fuzz, each run FUZZ_SECONDS; not part of `test`.
+FUZZ_SECONDS ?= 60
+fuzz:
+	@scripts/bootstrap-fuzz
+	@cmake -S fuzz -B build-fuzz -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+	@cmake --build build-fuzz -j $(JOBS)
+	@fuzz/run_fuzz build-fuzz $(FUZZ_SECONDS)
+
 clean:
-	rm -rf build build-sanitize build-bench
+	rm -rf build build-sanitize build-bench build-fuzz

@@ -17,6 +17,10 @@ namespace kiv {
 //! after an hour or before seconds, otherwise the month. Null and Empty give "";
 //! numeric text is formatted as its number, date text through a date mask as its date,
 //! other text comes back unchanged; an empty or unrecognised format gives the plain text.
+//! Every finite number formats, however large or small: a mask writes all its whole digits
+//! (DBL_MAX through "#,##0.00" is 309 digits with their commas) and percent or thousands
+//! scaling never overflows. An infinity or NaN, which no mask can place, shows through every
+//! number format as its plain text ("Inf", "-Inf", "NaN") and through a date format as well.
 std::string Format(const Variant& value, std::string_view format);
 
 }  // namespace kiv

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/format_masks.h"
+#include "core/variant.h"
 
 namespace kiv::format_detail {
 
@@ -43,20 +44,35 @@ struct Decimal {
   bool IsZero() const { return whole.empty() && fraction.find_first_not_of('0') == std::string::npos; }
 };
 
-Decimal ToDecimal(double v, int places) {
+// The 15 significant digits of a finite non-negative number and the decimal exponent of
+// the first. Percent and thousands scaling move the exponent instead of multiplying, so a
+// number near the top of the range scales without overflowing.
+struct Significant {
+  std::string digits;  // exactly 15
+  int exponent = 0;
+};
+
+Significant SignificantDigits(double v) {
   char buf[64];
   std::snprintf(buf, sizeof buf, "%.14e", v);
-  std::string digits(1, buf[0]);
-  digits.append(buf + 2, 14);
-  int exp = std::atoi(std::strchr(buf, 'e') + 1);
-  const int keep = exp + 1 + places;
+  Significant s;
+  s.digits.assign(1, buf[0]);
+  s.digits.append(buf + 2, 14);
+  s.exponent = std::atoi(std::strchr(buf, 'e') + 1);
+  return s;
+}
+
+Decimal ToDecimal(Significant s, int places) {
+  std::string& digits = s.digits;
+  int exp = s.exponent;
+  const long keep = static_cast<long>(exp) + 1 + places;
   if (keep < 0) {
     digits.clear();
-  } else if (keep < static_cast<int>(digits.size())) {
+  } else if (keep < static_cast<long>(digits.size())) {
     const bool up = digits[keep] >= '5';
     digits.resize(keep);
     if (up) {
-      int j = keep - 1;
+      long j = keep - 1;
       for (; j >= 0 && digits[j] == '9'; --j) digits[j] = '0';
       if (j >= 0) {
         ++digits[j];
@@ -216,23 +232,31 @@ std::vector<std::string> DistributeWhole(const Section& s, std::string text) {
   return slots;
 }
 
+// The magnitude's significant digits with the section's percent and thousands scaling.
+Significant Scaled(const Section& s, double magnitude) {
+  Significant sig = SignificantDigits(magnitude);
+  if (magnitude != 0.0) sig.exponent += 2 * s.percents - 3 * s.scale_thousands;
+  return sig;
+}
+
 std::string Render(const Section& s, double magnitude) {
-  double v = magnitude;
-  for (int i = 0; i < s.percents; ++i) v *= 100.0;
-  for (int i = 0; i < s.scale_thousands; ++i) v /= 1000.0;
   const int places = s.Places();
   int exponent = 0;
   Decimal d;
+  Significant sig = Scaled(s, magnitude);
   if (s.scientific) {
+    // The mantissa keeps as many whole digits as the mask has placeholders before the point.
     const int whole_places = std::max(1, s.WholePlaceholders());
-    if (v != 0.0) exponent = static_cast<int>(std::floor(std::log10(v))) - (whole_places - 1);
-    d = ToDecimal(v / std::pow(10.0, exponent), places);
-    if (static_cast<int>(d.whole.size()) > whole_places) {
+    if (magnitude != 0.0) exponent = sig.exponent - (whole_places - 1);
+    sig.exponent -= exponent;
+    d = ToDecimal(sig, places);
+    if (static_cast<int>(d.whole.size()) > whole_places) {  // rounding carried into a new digit
       ++exponent;
-      d = ToDecimal(v / std::pow(10.0, exponent), places);
+      --sig.exponent;
+      d = ToDecimal(sig, places);
     }
   } else {
-    d = ToDecimal(v, places);
+    d = ToDecimal(sig, places);
   }
   std::string whole = d.whole;
   const int min_whole = s.MinWholeDigits();
@@ -300,6 +324,8 @@ bool IsNumberMask(std::string_view mask) {
 }
 
 std::string FormatNumber(double value, std::string_view mask) {
+  // No mask can place the digits of an infinity or of NaN: they show as their plain text.
+  if (!std::isfinite(value)) return NumberToText(value);
   std::vector<std::string> sections = SplitSections(mask);
   // A grid column mask wholly in parentheses: negatives in parentheses, positives bare.
   if (sections.size() == 1 && sections[0].size() >= 2 && sections[0].front() == '(' && sections[0].back() == ')') {
@@ -314,10 +340,8 @@ std::string FormatNumber(double value, std::string_view mask) {
   const bool is_negative = value < 0.0;
   const Section& chosen = is_negative ? negative : positive;
   const double magnitude = std::fabs(value);
-  double scaled = magnitude;
-  for (int i = 0; i < chosen.percents; ++i) scaled *= 100.0;
-  for (int i = 0; i < chosen.scale_thousands; ++i) scaled /= 1000.0;
-  const bool shows_zero = chosen.scientific ? magnitude == 0.0 : ToDecimal(scaled, chosen.Places()).IsZero();
+  const bool shows_zero =
+      chosen.scientific ? magnitude == 0.0 : ToDecimal(Scaled(chosen, magnitude), chosen.Places()).IsZero();
   if (shows_zero) return own_zero ? Render(ParseSection(sections[2]), 0.0) : Render(positive, 0.0);
   if (!is_negative) return Render(positive, magnitude);
   return own_negative ? Render(negative, magnitude) : "-" + Render(positive, magnitude);

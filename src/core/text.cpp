@@ -10,41 +10,37 @@ namespace {
 
 constexpr unsigned char kLatinLead = 0xC3;
 
+// Every mapping keeps the byte length (ÿ and Ÿ are both two bytes), so the text is copied
+// once and changed in place. Screens fold a whole field on every keystroke, so the ASCII
+// letters are mapped in one branch-free pass and the Latin-1 pass runs only when needed.
 std::string MapCase(std::string_view text, bool upper) {
-  std::string out;
-  out.reserve(text.size() + 1);
-  for (size_t i = 0; i < text.size(); ++i) {
-    const auto c = static_cast<unsigned char>(text[i]);
-    if (c < 0x80) {
-      if (upper && c >= 'a' && c <= 'z') out += static_cast<char>(c - 32);
-      else if (!upper && c >= 'A' && c <= 'Z') out += static_cast<char>(c + 32);
-      else out += static_cast<char>(c);
-      continue;
-    }
-    const auto next = i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : 0;
+  std::string out(text);
+  const size_t n = out.size();
+  const unsigned char first = upper ? 'a' : 'A';
+  unsigned char high = 0;  // any byte of 0x80 and above
+  for (size_t i = 0; i < n; ++i) {
+    const auto c = static_cast<unsigned char>(out[i]);
+    high |= c;
+    // Bytes of multi-byte sequences are 0x80 and above and never in the letter range.
+    const bool letter = static_cast<unsigned char>(c - first) < 26;
+    out[i] = static_cast<char>(upper ? c - (letter ? 32 : 0) : c + (letter ? 32 : 0));
+  }
+  if ((high & 0x80) == 0) return out;
+  for (size_t i = 0; i + 1 < n; ++i) {
+    const auto c = static_cast<unsigned char>(out[i]);
+    if (c < 0x80) continue;
+    const auto next = static_cast<unsigned char>(out[i + 1]);
     if (c == kLatinLead && upper && next >= 0xA0 && next <= 0xBE && next != 0xB7) {
-      out += static_cast<char>(c);
-      out += static_cast<char>(next - 0x20);
-      ++i;
-      continue;
+      out[++i] = static_cast<char>(next - 0x20);
+    } else if (c == kLatinLead && upper && next == 0xBF) {  // ÿ -> Ÿ
+      out[i] = '\xC5';
+      out[++i] = '\xB8';
+    } else if (c == kLatinLead && !upper && next >= 0x80 && next <= 0x9E && next != 0x97) {
+      out[++i] = static_cast<char>(next + 0x20);
+    } else if (c == 0xC5 && !upper && next == 0xB8) {  // Ÿ -> ÿ
+      out[i] = '\xC3';
+      out[++i] = '\xBF';
     }
-    if (c == kLatinLead && upper && next == 0xBF) {  // ÿ -> Ÿ
-      out += "\xC5\xB8";
-      ++i;
-      continue;
-    }
-    if (c == kLatinLead && !upper && next >= 0x80 && next <= 0x9E && next != 0x97) {
-      out += static_cast<char>(c);
-      out += static_cast<char>(next + 0x20);
-      ++i;
-      continue;
-    }
-    if (c == 0xC5 && !upper && next == 0xB8) {  // Ÿ -> ÿ
-      out += "\xC3\xBF";
-      ++i;
-      continue;
-    }
-    out += static_cast<char>(c);
   }
   return out;
 }

@@ -377,6 +377,11 @@ Date NzDate(const Variant& v) {
   }
 }
 
+double FiniteNumber(double v) {
+  if (!std::isfinite(v)) RaiseError(kErrOverflow);
+  return v;
+}
+
 std::string NumberToText(double v) {
   if (v == 0.0) return "0";  // also -0
   if (std::isnan(v)) return "NaN";

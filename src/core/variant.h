@@ -99,6 +99,10 @@ double NzDouble(const Variant& v);
 bool NzBool(const Variant& v);
 Date NzDate(const Variant& v);
 
+//! The number itself when it is finite; an infinity or NaN raises overflow (6), since no
+//! numeric field of a record or column can hold one.
+double FiniteNumber(double v);
+
 //! Plain decimal text of a number, as the platform prints it ("15", "1.5", "-0.25").
 std::string NumberToText(double v);
 

@@ -90,10 +90,11 @@ class CCustomer {
   void SetCustomerLevelID(const std::string& v) { customer_level_id_ = v; }
   int32_t PrimaryAddressID() const { return primary_address_id_; }
   void SetPrimaryAddressID(int32_t v) { primary_address_id_ = v; }
+  // The numeric setters raise overflow (6) for an infinity or NaN: the columns cannot hold one.
   double DiscountPercentage() const { return discount_percentage_; }
-  void SetDiscountPercentage(double v) { discount_percentage_ = v; }
+  void SetDiscountPercentage(double v) { discount_percentage_ = FiniteNumber(v); }
   double CommissionPercentage() const { return commission_percentage_; }
-  void SetCommissionPercentage(double v) { commission_percentage_ = v; }
+  void SetCommissionPercentage(double v) { commission_percentage_ = FiniteNumber(v); }
   bool HasImage() const { return has_image_; }
   void SetHasImage(bool v) { has_image_ = v; }
   const std::string& Status() const { return status_; }
@@ -207,7 +208,7 @@ class CCustomer {
   int16_t GuestWeightRange() const { return guest_weight_range_; }
   void SetGuestWeightRange(int16_t v) { guest_weight_range_ = v; }
   double GuestShoeSize() const { return guest_shoe_size_; }
-  void SetGuestShoeSize(double v) { guest_shoe_size_ = v; }
+  void SetGuestShoeSize(double v) { guest_shoe_size_ = FiniteNumber(v); }
 
   //! Reads one card on file into the card fields; True when a row was read.
   bool OpenCreditCard(int32_t lCardCustomerNo, int32_t lCardSeqNo);

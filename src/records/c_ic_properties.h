@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "core/variant.h"
 #include "host/settings_store.h"
 
 namespace kiv {
@@ -58,9 +59,9 @@ class CICProperties {
   bool ShowStatus() const { return show_status_; }
   void SetShowStatus(bool v) { show_status_ = v; }
   double FormTop() const { return form_top_; }
-  void SetFormTop(double v) { form_top_ = v; }
+  void SetFormTop(double v) { form_top_ = FiniteNumber(v); }
   double FormLeft() const { return form_left_; }
-  void SetFormLeft(double v) { form_left_ = v; }
+  void SetFormLeft(double v) { form_left_ = FiniteNumber(v); }
 
  private:
   std::shared_ptr<host::SettingsStore> store_;

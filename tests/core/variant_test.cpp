@@ -170,5 +170,13 @@ TEST(VariantTest, NullConversionsAreLenient) {
   EXPECT_EQ(ErrorOf([] { NzInt(Variant(1e9)); }), kErrOverflow);
 }
 
+TEST(VariantTest, OnlyFiniteNumbersPassAsAFieldValue) {
+  EXPECT_EQ(FiniteNumber(0.15), 0.15);
+  EXPECT_EQ(FiniteNumber(-1.7976931348623157e308), -1.7976931348623157e308);
+  EXPECT_EQ(ErrorOf([] { FiniteNumber(HUGE_VAL); }), kErrOverflow);
+  EXPECT_EQ(ErrorOf([] { FiniteNumber(-HUGE_VAL); }), kErrOverflow);
+  EXPECT_EQ(ErrorOf([] { FiniteNumber(std::nan("")); }), kErrOverflow);
+}
+
 }  // namespace
 }  // namespace kiv

@@ -1,8 +1,9 @@
 # Runs kivcust and checks how it ended. With TEMPLATE: DB is first made a fresh copy of it.
 # With SCRIPT and PASS: the run must pass. With SCRIPT and no TRACE: the run must fail with the
 # text of the script's "# fails with:" line. With TRACE: the run of SCRIPT (and SCRIPT2) must
-# pass, the trace file must hold EXPECT_TRACE and no line may start with NO_TRACE_LINE. With EXPECT_ERROR: `open 1` must fail with
-# that text. With INPUT: `repl` reads the file and must print each line of EXPECT_OUTPUT.
+# pass, the trace file must hold EXPECT_TRACE and no line may start with NO_TRACE_LINE. With
+# EXPECT_ERROR: `open 1` (or ARGS) must fail with that text in one line and status 1. With INPUT:
+# `repl` reads the file and must print each line of EXPECT_OUTPUT.
 if(DEFINED TEMPLATE)
   # Whatever an earlier run left under this name goes, its log and shared-memory files too;
   # the template's write-ahead log (if its builder left one) holds part of its content.
@@ -34,10 +35,13 @@ if(DEFINED INPUT)
 endif()
 
 if(DEFINED EXPECT_ERROR)
-  execute_process(COMMAND ${KIVCUST} --db ${DB} --user ${USER} open 1
+  if(NOT DEFINED ARGS)
+    set(ARGS open 1)
+  endif()
+  execute_process(COMMAND ${KIVCUST} --db ${DB} --user ${USER} ${ARGS}
                   RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
-  if(rc EQUAL 0)
-    message(FATAL_ERROR "kivcust accepted ${DB}:\n${out}")
+  if(NOT rc EQUAL 1)
+    message(FATAL_ERROR "kivcust ${ARGS} on ${DB} ended with ${rc} instead of 1:\n${out}${err}")
   endif()
   string(FIND "${err}" "${EXPECT_ERROR}" at)
   if(at EQUAL -1)

@@ -11,6 +11,7 @@
 #include <iostream>
 #include <sstream>
 
+#include "apps/kivcust/customer_properties.h"
 #include "apps/kivcust/interpreter.h"
 #include "apps/kivcust/repl.h"
 #include "apps/kivcust/session.h"
@@ -71,10 +72,15 @@ std::optional<Date> ParseToday(const std::string& text) {
 
 int RunScripts(SessionOptions options, const std::vector<std::string>& scripts) {
   for (const auto& path : scripts) {
+    std::error_code ec;
+    if (fs::is_directory(path, ec)) return Error(path + " is a folder, not a script");
     std::ifstream file(path);
     if (!file) return Error("cannot read the script " + path);
     std::stringstream text;
     text << file.rdbuf();
+    // An empty file reads nothing and is a script with no lines; any other failure is not.
+    if (file.bad() || (!text && file.peek() != std::ifstream::traits_type::eof()))
+      return Error("cannot read the script " + path);
     std::vector<Statement> statements;
     try {
       statements = ParseScript(text.str());
@@ -89,6 +95,15 @@ int RunScripts(SessionOptions options, const std::vector<std::string>& scripts) 
     options.append_trace = true;
   }
   return 0;
+}
+
+//! The customer number of `open N`; throws with one line for text that is not one.
+int32_t CustomerNumber(const std::string& text) {
+  try {
+    return ParseLong(text);
+  } catch (const std::invalid_argument& e) {
+    throw std::runtime_error(std::string("open: ") + e.what());
+  }
 }
 
 int OpenOne(const SessionOptions& options, int32_t customer_no) {
@@ -132,13 +147,16 @@ int RunProgram(int argc, char** argv) {
   auto* run_cmd = app.add_subcommand("run", "run automation scripts; status 0 when every line held");
   run_cmd->add_option("SCRIPT", scripts, "script files")->required();
   auto* repl_cmd = app.add_subcommand("repl", "type statements at a prompt");
-  int32_t customer_no = 0;
+  // Read as text and converted here, so that a number out of range gets the program's
+  // one-line message and status.
+  std::string customer_no;
   auto* open_cmd = app.add_subcommand("open", "print a customer's fields and addresses");
   open_cmd->add_option("N", customer_no, "customer number")->required();
 
   CLI11_PARSE(app, argc, argv);
 
   try {
+    const int32_t open_no = open_cmd->parsed() ? CustomerNumber(customer_no) : 0;
     bool default_db = db.empty();
     if (default_db) db = DefaultDatabasePath();
     if (init_cmd->parsed()) {
@@ -159,7 +177,7 @@ int RunProgram(int argc, char** argv) {
     options.trace_file = trace;
     options.today = ParseToday(today);
     if (run_cmd->parsed()) return RunScripts(options, scripts);
-    if (open_cmd->parsed()) return OpenOne(options, customer_no);
+    if (open_cmd->parsed()) return OpenOne(options, open_no);
     if (repl_cmd->parsed()) {
       Session session(options);
       return RunRepl(session, std::cin, std::cout);

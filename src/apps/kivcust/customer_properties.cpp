@@ -2,12 +2,39 @@
 // getters and setters, and the text conversions they share with the interpreter.
 #include "apps/kivcust/customer_properties.h"
 
-#include <cstdlib>
+#include <charconv>
+#include <cctype>
+#include <climits>
+#include <cmath>
+#include <cstdio>
 #include <stdexcept>
 
 #include "core/text.h"
 
 namespace kiv::kivcust {
+
+namespace {
+//! The text in quotes for a message, control characters written as escapes so that a NUL
+//! inside it neither cuts the message short nor reaches the terminal.
+std::string Quoted(const std::string& text) {
+  std::string out = "\"";
+  for (const char c : text) {
+    const auto u = static_cast<unsigned char>(c);
+    if (u >= 0x20 && u != 0x7F) {
+      out += c;
+      continue;
+    }
+    if (u == 0) {
+      out += "\\0";
+      continue;
+    }
+    char escape[8];
+    std::snprintf(escape, sizeof escape, "\\x%02X", u);
+    out += escape;
+  }
+  return out + "\"";
+}
+}  // namespace
 
 std::string BoolText(bool v) { return v ? "True" : "False"; }
 
@@ -16,28 +43,48 @@ std::string DateText(const Date& d) { return d.IsZero() ? std::string() : d.ToIs
 bool ParseBool(const std::string& text) {
   if (EqualsNoCase(text, "true") || text == "1" || text == "-1") return true;
   if (EqualsNoCase(text, "false") || text == "0") return false;
-  throw std::invalid_argument("\"" + text + "\" is not true or false");
+  throw std::invalid_argument(Quoted(text) + " is not true or false");
 }
 
 Date ParseDate(const std::string& text) {
   if (text.empty() || EqualsNoCase(text, "none")) return Date();
   auto d = Date::Parse(text);
-  if (!d) throw std::invalid_argument("\"" + text + "\" is not a date");
+  if (!d) throw std::invalid_argument(Quoted(text) + " is not a date");
   return *d;
 }
 
+namespace {
+//! Past a leading "+" that a digit or point follows; from_chars knows only "-".
+const char* SkipPlus(const std::string& text) {
+  const bool plus = text.size() > 1 && text[0] == '+' && (std::isdigit(static_cast<unsigned char>(text[1])) || text[1] == '.');
+  return text.data() + (plus ? 1 : 0);
+}
+}  // namespace
+
+// Both readers take the whole text: a NUL or anything else after the number refuses it
+// rather than reading the number before it.
 int32_t ParseLong(const std::string& text) {
-  char* end = nullptr;
-  long long v = std::strtoll(text.c_str(), &end, 10);
-  if (text.empty() || *end != '\0' || v < INT32_MIN || v > INT32_MAX)
-    throw std::invalid_argument("\"" + text + "\" is not a whole number");
-  return static_cast<int32_t>(v);
+  const char* begin = SkipPlus(text);
+  const char* end = text.data() + text.size();
+  int32_t v = 0;
+  const auto [stop, ec] = std::from_chars(begin, end, v);
+  if (ec == std::errc::result_out_of_range && stop == end)
+    throw std::invalid_argument(Quoted(text) + " is out of range (" + std::to_string(INT32_MIN) + " to " +
+                                std::to_string(INT32_MAX) + ")");
+  if (text.empty() || ec != std::errc() || stop != end) throw std::invalid_argument(Quoted(text) + " is not a whole number");
+  return v;
 }
 
 double ParseDouble(const std::string& text) {
-  char* end = nullptr;
-  double v = std::strtod(text.c_str(), &end);
-  if (text.empty() || *end != '\0') throw std::invalid_argument("\"" + text + "\" is not a number");
+  const char* begin = SkipPlus(text);
+  const char* end = text.data() + text.size();
+  double v = 0;
+  const auto [stop, ec] = std::from_chars(begin, end, v);
+  if (ec == std::errc::result_out_of_range && stop == end)
+    throw std::invalid_argument(Quoted(text) + " is out of range for a number");
+  // from_chars reads "inf" and "nan" too; no field holds them.
+  if (text.empty() || ec != std::errc() || stop != end || !std::isfinite(v))
+    throw std::invalid_argument(Quoted(text) + " is not a number");
   return v;
 }
 
@@ -45,7 +92,7 @@ namespace {
 
 int16_t ParseInt(const std::string& text) {
   int32_t v = ParseLong(text);
-  if (v < INT16_MIN || v > INT16_MAX) throw std::invalid_argument("\"" + text + "\" is out of range");
+  if (v < INT16_MIN || v > INT16_MAX) throw std::invalid_argument(Quoted(text) + " is out of range");
   return static_cast<int16_t>(v);
 }
 

@@ -253,6 +253,13 @@ void Interpreter::PrintInteractiveState(bool after_call) {
 
 void Interpreter::DriveModal(ui::Form& form) {
   if (source_ == nullptr) return;
+  // Each form shown drives the following lines from inside the call that showed it, so
+  // forms opened from forms nest on the stack; past the limit the call fails instead.
+  if (session_.Ui().ModalDepth() > kMaxModalDepth) {
+    Fail("too many forms open at once: " + form.Name() + " would be form " +
+         std::to_string(session_.Ui().ModalDepth()) + " (at most " + std::to_string(kMaxModalDepth) + ")");
+    return;
+  }
   if (interactive_) out_ << form.DescribeText();
   while (form.Visible()) {
     if (failure_ && !interactive_) break;

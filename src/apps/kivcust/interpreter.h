@@ -73,6 +73,9 @@ const std::vector<RecordMethod>& RecordMethods();
 
 class Interpreter : public ModalDriver {
  public:
+  //! How many modal forms may be open at once; the call that would show one more fails.
+  static constexpr size_t kMaxModalDepth = 64;
+
   Interpreter(Session& session, std::ostream& out);
   ~Interpreter() override;
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <cstdlib>
 
 namespace kiv::kivcust {
@@ -29,6 +30,19 @@ bool IsIsoDate(std::string_view s) {
 bool IsBooleanText(std::string_view s) {
   std::string l = Lower(s);
   return l == "true" || l == "false";
+}
+
+// A check of the database only reads: the statement must start as a query does. (BEGIN and
+// the other transaction statements count as read-only to SQLite, yet would hold a
+// transaction open under the component's later saves.) The reader of the statement still
+// refuses a query that writes or a second statement.
+bool IsSelect(std::string_view sql) {
+  size_t i = 0;
+  while (i < sql.size() && (IsBlank(sql[i]) || sql[i] == '\n' || sql[i] == '(')) ++i;
+  std::string word;
+  while (i < sql.size() && std::isalpha(static_cast<unsigned char>(sql[i]))) word += sql[i++];
+  word = Lower(word);
+  return word == "select" || word == "with" || word == "values";
 }
 
 struct Shape {
@@ -92,7 +106,7 @@ ExpectKind ClassifyExpect(const Statement& st) {
   }
   if (kind == ExpectKind::Db) {
     RequireArgs(st, 4, "db \"SELECT ...\" OP VALUE");
-    if (st.args[1].empty()) throw SyntaxError(st.line, "expected: expect db \"SELECT ...\" OP VALUE");
+    if (!IsSelect(st.args[1])) throw SyntaxError(st.line, "expect db takes one SELECT statement, not \"" + st.args[1] + "\"");
     RequireComparison(st, 2);
     return kind;
   }
@@ -178,6 +192,9 @@ std::optional<Statement> ParseLine(std::string_view line, int line_number) {
 }
 
 std::vector<Statement> ParseScript(std::string_view text) {
+  // Editors that save UTF-8 with a byte-order mark put it before the first statement.
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) text.remove_prefix(kByteOrderMark.size());
   std::vector<Statement> out;
   int number = 0;
   size_t pos = 0;
@@ -200,7 +217,8 @@ std::optional<double> AsNumber(const std::string& s) {
   if (s.empty()) return std::nullopt;
   char* end = nullptr;
   double v = std::strtod(s.c_str(), &end);
-  if (end == nullptr || *end != '\0') return std::nullopt;
+  // The whole text must be the number: a NUL inside it is not the end of it.
+  if (end != s.c_str() + s.size() || !std::isfinite(v)) return std::nullopt;
   return v;
 }
 }  // namespace

@@ -1,0 +1,1 @@
+SELECT TOP 10 customer_no FROM kiv_customer with(nolock) WHERE last_name LIKE N'TAY%' AND customer_no = 42 ORDER BY 1

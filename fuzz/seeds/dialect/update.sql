@@ -1,0 +1,1 @@
+UPDATE [kiv_customer] SET full_name = ISNULL(@name, 'x -- y'), changed = GETDATE() /* note */ WHERE customer_no <> -7 AND LEN(zip) >= 5
