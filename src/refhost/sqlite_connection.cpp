@@ -81,6 +81,21 @@ void BindLiterals(sqlite3_stmt* stmt, const std::vector<int64_t>& values) {
   for (size_t i = 0; i < values.size(); ++i) sqlite3_bind_int64(stmt, static_cast<int>(i + 1), values[i]);
 }
 
+// The connection's readings are the procedures' for the length of one call.
+class ReadingsScope {
+ public:
+  ReadingsScope(SqliteDatabase& db, ReadRows* readings) : db_(db), previous_(db.Readings()) {
+    db_.SetReadings(readings);
+  }
+  ~ReadingsScope() { db_.SetReadings(previous_); }
+  ReadingsScope(const ReadingsScope&) = delete;
+  ReadingsScope& operator=(const ReadingsScope&) = delete;
+
+ private:
+  SqliteDatabase& db_;
+  ReadRows* previous_;
+};
+
 }  // namespace
 
 SqliteConnection::SqliteConnection(std::shared_ptr<SqliteDatabase> db, std::string user_id, std::string password,
@@ -90,6 +105,53 @@ SqliteConnection::SqliteConnection(std::shared_ptr<SqliteDatabase> db, std::stri
       password_(std::move(password)),
       registry_(registry),
       trace_(trace ? std::move(trace) : std::make_shared<TraceHook>()) {}
+
+SqliteConnection::~SqliteConnection() {
+  // The transaction's own destructor rolls back; said here because it is the point.
+  if (unit_) unit_->Rollback();
+}
+
+void SqliteConnection::BeginUnitOfWork() {
+  if (unit_depth_++ > 0) return;
+  unit_failure_.clear();
+  TraceEvent event{"BeginUnitOfWork", ""};
+  try {
+    unit_ = std::make_unique<Transaction>(*db_, true);
+  } catch (const HostError& e) {
+    unit_failure_ = e.description;
+    Fail(event, e.number, e.description, nullptr);
+  }
+}
+
+void SqliteConnection::EndUnitOfWork(bool commit) {
+  if (unit_depth_ == 0) return;
+  if (--unit_depth_ > 0) return;
+  std::unique_ptr<Transaction> unit = std::move(unit_);
+  unit_failure_.clear();
+  if (!unit) return;
+  if (!commit) {
+    unit->Rollback();
+    return;
+  }
+  TraceEvent event{"EndUnitOfWork", ""};
+  try {
+    unit->Commit();
+  } catch (const HostError& e) {
+    unit->Rollback();
+    Fail(event, e.number, e.description, nullptr);
+  }
+}
+
+void SqliteConnection::CheckUnit() {
+  if (unit_depth_ == 0) return;
+  if (unit_ && sqlite3_get_autocommit(db_->Handle()) != 0) {
+    // SQLite ended the transaction itself (a full disk, an I/O error): the unit is lost, and
+    // what follows must not be written outside it.
+    unit_.reset();
+    unit_failure_ = "the database ended the save after an error.";
+  }
+  if (!unit_) throw HostError(kErrDatabase, "Nothing was saved: " + unit_failure_);
+}
 
 void SqliteConnection::Emit(const TraceEvent& event) const {
   if (*trace_) (*trace_)(event);
@@ -147,6 +209,7 @@ std::shared_ptr<host::Recordset> SqliteConnection::OpenForwardReadOnlyRecordset(
 std::shared_ptr<host::Recordset> SqliteConnection::OpenUpdatableRecordset(const std::string& sql, bool& error) {
   TraceEvent event{"OpenUpdatableRecordset", sql};
   try {
+    CheckUnit();
     std::string translated = TranslateSql(sql);
     if (FirstWord(translated) != "SELECT") {
       error = true;
@@ -187,6 +250,7 @@ std::shared_ptr<host::Recordset> SqliteConnection::OpenUpdatableRecordset(const 
 void SqliteConnection::ExecuteSQL(const std::string& sql, bool& error, Variant& extra) {
   TraceEvent event{"ExecuteSQL", sql};
   try {
+    CheckUnit();
     std::string translated = TranslateSql(sql);
     std::string word = FirstWord(translated);
     if (word != "UPDATE" && word != "DELETE" && word != "INSERT" && word != "SELECT" && word != "WITH") {
@@ -225,6 +289,7 @@ std::shared_ptr<host::Command> SqliteConnection::CreateCommandText(const std::st
 int32_t SqliteConnection::GetNextSequenceNo(const std::string& sequence_name) {
   TraceEvent event{"GetNextSequenceNo", sequence_name};
   try {
+    CheckUnit();
     int32_t next = NextSequenceNo(*db_, sequence_name);
     event.outputs.emplace_back("next", Variant(next));
     Emit(event);
@@ -256,6 +321,7 @@ std::shared_ptr<host::Recordset> SqliteConnection::RunCommand(const char* operat
   TraceEvent event{operation, cmd->CommandText(), true, cmd->Params().TakeAssignments()};
   try {
     if (procedure == nullptr) throw HostError(kErrDatabase, "Could not find stored procedure '" + cmd->CommandText() + "'.");
+    if (procedure->writes) CheckUnit();
     std::vector<ProcedureParam> declared = ProcedureRegistry::ServerParameters(*procedure);
     std::vector<Variant> values(declared.size());
     SqliteParameters& params = cmd->Params();
@@ -279,6 +345,7 @@ std::shared_ptr<host::Recordset> SqliteConnection::RunCommand(const char* operat
     ProcedureCall call(*db_, user_id_, declared, std::move(values));
     call.Return(0);
     {
+      ReadingsScope readings(*db_, &read_rows_);
       Transaction transaction(*db_, procedure->writes);
       procedure->body(call);
       transaction.Commit();

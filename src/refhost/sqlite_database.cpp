@@ -40,6 +40,15 @@ void NowFunction(sqlite3_context* ctx, int, sqlite3_value**) {
   sqlite3_result_text(ctx, text.c_str(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
 }
 
+bool IsBusy(int rc) { return (rc & 0xff) == SQLITE_BUSY || (rc & 0xff) == SQLITE_LOCKED; }
+
+// SQLite's reason for the last failure, in a clerk's words when another program holds the
+// lock: that is the one failure the clerk can do something about.
+std::string Reason(sqlite3* db) {
+  if (IsBusy(sqlite3_extended_errcode(db))) return kBusyMessage;
+  return sqlite3_errmsg(db);
+}
+
 [[noreturn]] void OpenFailure(const std::string& path, const std::string& why) {
   throw HostError(kErrOpen, "Cannot use the database file '" + path + "': " + why);
 }
@@ -84,6 +93,7 @@ std::shared_ptr<SqliteDatabase> SqliteDatabase::Open(const std::string& path, co
   sqlite3_extended_result_codes(raw, 1);
   if (sqlite3_db_readonly(raw, "main") == 1) OpenFailure(path, "the file is read-only.");
   sqlite3_busy_timeout(raw, options.busy_timeout_ms);
+  db->busy_timeout_ms_ = options.busy_timeout_ms;
 
   // The first read of the file: a corrupt file or another writer's lock shows up here.
   char* message = nullptr;
@@ -131,7 +141,7 @@ StatementLease SqliteDatabase::Prepare(const std::string& sql) {
   const char* tail = nullptr;
   int rc = sqlite3_prepare_v3(db_, sql.c_str(), static_cast<int>(sql.size()), SQLITE_PREPARE_PERSISTENT, &stmt, &tail);
   if (rc != SQLITE_OK) {
-    std::string why = sqlite3_errmsg(db_);
+    std::string why = Reason(db_);
     sqlite3_finalize(stmt);
     throw HostError(kErrDatabase, why);
   }
@@ -203,22 +213,39 @@ std::vector<std::vector<Variant>> SqliteDatabase::QueryRows(const std::string& s
 int64_t SqliteDatabase::LastInsertRowid() const { return sqlite3_last_insert_rowid(db_); }
 
 void SqliteDatabase::Fail(const std::string& context) const {
+  if (IsBusy(sqlite3_extended_errcode(db_))) throw HostError(kErrDatabase, kBusyMessage);
   throw HostError(kErrDatabase, context + ": " + sqlite3_errmsg(db_));
 }
 
+SqliteDatabase::NoWait::NoWait(SqliteDatabase& db) : db_(db) { sqlite3_busy_timeout(db_.db_, 0); }
+
+SqliteDatabase::NoWait::~NoWait() { sqlite3_busy_timeout(db_.db_, db_.busy_timeout_ms_); }
+
 Transaction::Transaction(SqliteDatabase& db, bool immediate) : db_(db) {
-  db_.Execute(immediate ? "BEGIN IMMEDIATE" : "BEGIN");
+  savepoint_ = sqlite3_get_autocommit(db_.Handle()) == 0;
+  if (savepoint_)
+    db_.Execute("SAVEPOINT kiv_call");
+  else
+    db_.Execute(immediate ? "BEGIN IMMEDIATE" : "BEGIN");
   open_ = true;
 }
 
-Transaction::~Transaction() {
+Transaction::~Transaction() { Rollback(); }
+
+void Transaction::Rollback() noexcept {
   if (!open_) return;
+  open_ = false;
   // Rolling back runs while a failure unwinds; its own failure must not replace that one.
-  sqlite3_exec(db_.Handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+  if (!savepoint_) {
+    sqlite3_exec(db_.Handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    return;
+  }
+  // Undone and then released: the outer transaction goes on without this call's writes.
+  sqlite3_exec(db_.Handle(), "ROLLBACK TO kiv_call; RELEASE kiv_call", nullptr, nullptr, nullptr);
 }
 
 void Transaction::Commit() {
-  db_.Execute("COMMIT");
+  db_.Execute(savepoint_ ? "RELEASE kiv_call" : "COMMIT");
   open_ = false;
 }
 
