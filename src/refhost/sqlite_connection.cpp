@@ -10,6 +10,7 @@
 #include "refhost/sqlite_command.h"
 #include "refhost/sequences.h"
 #include "refhost/sqlite_recordset.h"
+#include "refhost/statement_guard.h"
 
 namespace kiv::refhost {
 
@@ -153,6 +154,11 @@ void SqliteConnection::CheckUnit() {
   if (!unit_) throw HostError(kErrDatabase, "Nothing was saved: " + unit_failure_);
 }
 
+void SqliteConnection::Guard(const std::string& sent, const std::string& prepared) const {
+  std::string refusal = StatementGuard::Standard().Refusal(sent, prepared);
+  if (!refusal.empty()) throw HostError(kErrDatabase, refusal);
+}
+
 void SqliteConnection::Emit(const TraceEvent& event) const {
   if (*trace_) (*trace_)(event);
 }
@@ -177,14 +183,16 @@ std::shared_ptr<host::Recordset> SqliteConnection::OpenRead(const char* operatio
   try {
     // Texts that differ only in a number (a customer's address list) share one statement.
     ParameterizedSql translated = ParameterizeLiterals(TranslateSql(sql));
-    StatementLease lease = db_->Prepare(translated.text);
-    BindLiterals(lease.get(), translated.values);
-    if (!sqlite3_stmt_readonly(lease.get()) || sqlite3_column_count(lease.get()) == 0) {
-      error = true;
-      Fail(event, kErrDatabase, "A read-only recordset cannot run a statement that changes the database.", nullptr);
-      return nullptr;
+    Guard(sql, translated.text);
+    RowSet rows;
+    {
+      SqliteDatabase::ComponentStatements own(*db_);
+      StatementLease lease = db_->Prepare(translated.text);
+      BindLiterals(lease.get(), translated.values);
+      if (!sqlite3_stmt_readonly(lease.get()) || sqlite3_column_count(lease.get()) == 0)
+        throw HostError(kErrDatabase, "A read-only recordset cannot run a statement that changes the database.");
+      rows = ReadRowSet(*db_, lease);
     }
-    RowSet rows = ReadRowSet(*db_, lease);
     Emit(event);
     return std::make_shared<SqliteRecordset>(
         std::move(rows), mode == ReadMode::Forward ? SqliteRecordset::Mode::ForwardOnly : SqliteRecordset::Mode::Static);
@@ -216,10 +224,12 @@ std::shared_ptr<host::Recordset> SqliteConnection::OpenUpdatableRecordset(const 
       Fail(event, kErrDatabase, "An updatable recordset needs a SELECT statement.", nullptr);
       return nullptr;
     }
+    Guard(sql, ParameterizeLiterals(translated).text);
     size_t at = translated.find_first_not_of(" \t\r\n");
     std::string with_rowid = translated.substr(0, at + 6) + " rowid AS kiv__rowid," + translated.substr(at + 6);
     std::shared_ptr<host::Recordset> result;
     try {
+      SqliteDatabase::ComponentStatements own(*db_);
       ParameterizedSql parameterized = ParameterizeLiterals(std::move(with_rowid));
       StatementLease lease = db_->Prepare(parameterized.text);
       BindLiterals(lease.get(), parameterized.values);
@@ -259,8 +269,10 @@ void SqliteConnection::ExecuteSQL(const std::string& sql, bool& error, Variant& 
       return;
     }
     ParameterizedSql parameterized = ParameterizeLiterals(std::move(translated));
+    Guard(sql, parameterized.text);
     int changed = 0;
     {
+      SqliteDatabase::ComponentStatements own(*db_);
       StatementLease lease = db_->Prepare(parameterized.text);
       BindLiterals(lease.get(), parameterized.values);
       int rc;

@@ -69,6 +69,8 @@ class SqliteConnection : public host::DBConnection {
   void Fail(TraceEvent& event, int32_t number, const std::string& description,
             const std::shared_ptr<host::Command>& command);
   void Emit(const TraceEvent& event) const;
+  //! Throws HostError when a text in `sent` changed the form of the statement `prepared`.
+  void Guard(const std::string& sent, const std::string& prepared) const;
   //! Throws the reason when this call belongs to a unit whose transaction could not start.
   void CheckUnit();
 

@@ -9,6 +9,7 @@
 
 #include "host/host_error.h"
 #include "refhost/row_set.h"
+#include "refhost/statement_guard.h"
 
 namespace kiv::refhost {
 
@@ -107,6 +108,7 @@ std::shared_ptr<SqliteDatabase> SqliteDatabase::Open(const std::string& path, co
     OpenFailure(path, "it is not a customer database or it is damaged (" + why + ").");
   if (rc != SQLITE_OK) OpenFailure(path, why + ".");
 
+  StatementGuard::InstallAuthorizer(raw, &db->component_);
   sqlite3_create_function_v2(raw, "kiv_now", 0, SQLITE_UTF8, db.get(), NowFunction, nullptr, nullptr, nullptr);
   return db;
 }
@@ -132,7 +134,9 @@ void SqliteDatabase::Evict() {
 }
 
 StatementLease SqliteDatabase::Prepare(const std::string& sql) {
-  auto found = cache_.find(sql);
+  // A leading byte no SQL text starts with keeps the component's statements apart.
+  const std::string key = component_ ? '\x01' + sql : sql;
+  auto found = cache_.find(key);
   if (found != cache_.end() && !*found->second.busy) {
     *found->second.busy = true;
     return StatementLease(found->second.stmt, found->second.busy.get(), false, found->second.columns.get());
@@ -155,8 +159,8 @@ StatementLease SqliteDatabase::Prepare(const std::string& sql) {
   Cached cached{stmt, std::make_unique<bool>(true), std::make_unique<ColumnList>()};
   bool* busy = cached.busy.get();
   ColumnList* columns = cached.columns.get();
-  cache_.emplace(sql, std::move(cached));
-  cache_order_.push_back(sql);
+  cache_.emplace(key, std::move(cached));
+  cache_order_.push_back(key);
   return StatementLease(stmt, busy, false, columns);
 }
 

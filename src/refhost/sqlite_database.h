@@ -105,6 +105,21 @@ class SqliteDatabase {
   //! message when another program held the lock).
   [[noreturn]] void Fail(const std::string& context) const;
 
+  //! While it lives, the statements prepared and run are the component's own: the authorizer
+  //! keeps them to the customer tables, and they are cached apart from the host's statements
+  //! so that one never runs in the other's place.
+  class ComponentStatements {
+   public:
+    explicit ComponentStatements(SqliteDatabase& db) : db_(db), previous_(db.component_) { db_.component_ = true; }
+    ~ComponentStatements() { db_.component_ = previous_; }
+    ComponentStatements(const ComponentStatements&) = delete;
+    ComponentStatements& operator=(const ComponentStatements&) = delete;
+
+   private:
+    SqliteDatabase& db_;
+    bool previous_;
+  };
+
   //! While it lives, a statement that meets another writer's lock fails at once instead of
   //! waiting: for writes that may as well be skipped.
   class NoWait {
@@ -127,6 +142,8 @@ class SqliteDatabase {
   std::shared_ptr<Clock> clock_;
   int busy_timeout_ms_ = 0;
   ReadRows* readings_ = nullptr;
+  //! Read by the authorizer; see ComponentStatements.
+  bool component_ = false;
   struct Cached {
     sqlite3_stmt* stmt = nullptr;
     std::unique_ptr<bool> busy;
