@@ -73,7 +73,10 @@ StatementShape ShapeOf(std::string_view sql) {
       ++i;
       continue;
     }
+    // A comment stays in the form: the component writes none, and a text that comments out
+    // the rest of a statement is not a value.
     if (c == '-' && next == '-') {
+      add("--");
       while (i < sql.size() && sql[i] != '\n') ++i;
       continue;
     }
@@ -83,6 +86,7 @@ StatementShape ShapeOf(std::string_view sql) {
         shape.complete = false;
         return shape;
       }
+      add("/**/");
       i = end + 2;
       continue;
     }

@@ -9,7 +9,7 @@ namespace kiv::refhost {
 
 struct StatementShape {
   //! The tokens, one blank apart: words in capitals, every literal (text, number, blob,
-  //! TRUE, FALSE, NULL) and every parameter as `?`; comments and blanks left out.
+  //! TRUE, FALSE, NULL) and every parameter as `?`, each comment as `--` or `/**/`.
   std::string text;
   //! A quoted text literal ('...') stood somewhere in the statement.
   bool has_text = false;
