@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "host/host_error.h"
+#include "refhost/database_check.h"
 #include "refhost/row_set.h"
 #include "refhost/statement_guard.h"
 
@@ -96,7 +97,8 @@ std::shared_ptr<SqliteDatabase> SqliteDatabase::Open(const std::string& path, co
   sqlite3_busy_timeout(raw, options.busy_timeout_ms);
   db->busy_timeout_ms_ = options.busy_timeout_ms;
 
-  // The first read of the file: a corrupt file or another writer's lock shows up here.
+  // Nothing is written (not even the switch to WAL) before the file shows it is ours.
+  CheckCustomerFile(raw, path);
   char* message = nullptr;
   rc = sqlite3_exec(raw, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA cache_size=-65536;", nullptr,
                     nullptr, &message);
