@@ -9,7 +9,7 @@ BUILD ?= build
 CMAKE_FLAGS = -DCMAKE_BUILD_TYPE=RelWithDebInfo
 endif
 
-.PHONY: all bootstrap configure build test demo bench clean
+.PHONY: all bootstrap configure build test demo bench stress clean
 
 all: build
 
@@ -37,6 +37,13 @@ bench: bootstrap
 		-DKIV_BUILD_BENCH=ON -DKIV_BUILD_TESTS=OFF >/dev/null
 	@cmake --build build-bench --target run_bench -j $(JOBS)
 	@build-bench/bench/run_bench $(BENCH_ARGS)
+
+# The long hardening runs, one table of results; not part of `make test`. STRESS_ARGS passes
+# --kills N, --rounds N, --texts N, --seed N, --dir PATH.
+STRESS_ARGS ?=
+stress: configure
+	@cmake --build $(BUILD) --target kiv_stress -j $(JOBS)
+	@$(BUILD)/stress/kiv_stress $(STRESS_ARGS)
 
 clean:
 	rm -rf build build-sanitize build-bench
