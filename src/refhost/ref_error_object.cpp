@@ -19,6 +19,9 @@ void RefErrorObject::Display(int32_t number, const std::string& source, const st
     std::cerr << '\n';
   }
   try {
+    // A report never waits for another program's lock: the busy message it may carry is
+    // what the clerk must see at once.
+    SqliteDatabase::NoWait no_wait(*db_);
     db_->Execute(
         "INSERT INTO kiv_error_log (logged_at, user_id, error_number, source, description, extra) "
         "VALUES (?, ?, ?, ?, ?, ?)",
