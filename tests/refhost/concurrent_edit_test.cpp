@@ -89,3 +89,43 @@ TEST_F(ConcurrentEdit, TheSameChangeAtBothTerminalsIsNoConflict) {
 
 }  // namespace
 }  // namespace kiv::refhost::testing
+
+namespace kiv::refhost::testing {
+namespace {
+
+TEST_F(ConcurrentEdit, AddressesKeepTheOtherTerminalsChangeOrRefuseTheSameField) {
+  auto at_a = a_.OpenCustomer(no_);
+  auto at_b = b_.OpenCustomer(no_);
+  ASSERT_TRUE(at_a && at_b && at_a->PrimaryAddress() && at_b->PrimaryAddress());
+  const int32_t address_no = at_a->PrimaryAddress()->AddressID();
+  auto stored = [&](const char* column) {
+    return NzString(db_->QueryValue(std::string("SELECT ") + column + " FROM kiv_address WHERE address_no = ?",
+                                    {Variant(address_no)}));
+  };
+  at_b->PrimaryAddress()->SetAddressLine1("9 LAKE RD");
+  ASSERT_TRUE(at_b->Update());
+  at_a->PrimaryAddress()->SetCity("STOWE");
+  ASSERT_TRUE(at_a->Update());
+  EXPECT_EQ(stored("Address_1"), "9 LAKE RD");
+  EXPECT_EQ(stored("City"), "STOWE");
+
+  // Both open it afresh and change the city.
+  at_a = a_.OpenCustomer(no_);
+  at_b = b_.OpenCustomer(no_);
+  ASSERT_TRUE(at_a && at_b && at_a->PrimaryAddress() && at_b->PrimaryAddress());
+  at_b->PrimaryAddress()->SetCity("BURLINGTON");
+  ASSERT_TRUE(at_b->Update());
+  std::string refusal;
+  a_.host->SetTrace([&](const TraceEvent& e) {
+    for (const auto& [name, value] : e.outputs)
+      if (name == "@message" && !NzString(value).empty()) refusal = NzString(value);
+  });
+  at_a->PrimaryAddress()->SetCity("ESSEX");
+  at_a->Update();
+  EXPECT_NE(refusal.find("city"), std::string::npos) << refusal;
+  EXPECT_EQ(stored("City"), "BURLINGTON");
+  EXPECT_EQ(stored("Address_1"), "9 LAKE RD");
+}
+
+}  // namespace
+}  // namespace kiv::refhost::testing
