@@ -57,7 +57,7 @@ void CheckHeader(const std::string& path) {
   in.read(header, sizeof header);
   if (in.gcount() == 0) return;  // empty: a new database
   if (in.gcount() < static_cast<std::streamsize>(sizeof header) || std::memcmp(header, "SQLite format 3", 16) != 0)
-    Refuse(path, "it is not a customer database (it is not an SQLite database file).");
+    Refuse(path, "it is not a customer database or it is damaged (it is not an SQLite database file).");
 }
 
 }  // namespace
