@@ -109,7 +109,9 @@ SqliteConnection::SqliteConnection(std::shared_ptr<SqliteDatabase> db, std::stri
 
 SqliteConnection::~SqliteConnection() {
   // The transaction's own destructor rolls back; said here because it is the point.
-  if (unit_) unit_->Rollback();
+  if (!unit_) return;
+  unit_->Rollback();
+  db_->RunAfterTransaction();
 }
 
 void SqliteConnection::BeginUnitOfWork() {
@@ -132,6 +134,7 @@ void SqliteConnection::EndUnitOfWork(bool commit) {
   if (!unit) return;
   if (!commit) {
     unit->Rollback();
+    db_->RunAfterTransaction();
     return;
   }
   TraceEvent event{"EndUnitOfWork", ""};
@@ -141,6 +144,7 @@ void SqliteConnection::EndUnitOfWork(bool commit) {
     unit->Rollback();
     Fail(event, e.number, e.description, nullptr);
   }
+  db_->RunAfterTransaction();
 }
 
 void SqliteConnection::CheckUnit() {

@@ -218,6 +218,21 @@ std::vector<std::vector<Variant>> SqliteDatabase::QueryRows(const std::string& s
 
 int64_t SqliteDatabase::LastInsertRowid() const { return sqlite3_last_insert_rowid(db_); }
 
+void SqliteDatabase::AfterTransaction(std::function<void()> work) {
+  if (sqlite3_get_autocommit(db_) != 0) {
+    work();
+    return;
+  }
+  after_transaction_.push_back(std::move(work));
+}
+
+void SqliteDatabase::RunAfterTransaction() {
+  if (sqlite3_get_autocommit(db_) == 0) return;
+  std::vector<std::function<void()>> waiting;
+  waiting.swap(after_transaction_);
+  for (auto& work : waiting) work();
+}
+
 void SqliteDatabase::Fail(const std::string& context) const {
   if (IsBusy(sqlite3_extended_errcode(db_))) throw HostError(kErrDatabase, kBusyMessage);
   throw HostError(kErrDatabase, context + ": " + sqlite3_errmsg(db_));

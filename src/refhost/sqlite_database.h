@@ -96,6 +96,12 @@ class SqliteDatabase {
   //! its first page counted under the same criteria text.
   std::unordered_map<std::string, int32_t>& SearchTotals() { return search_totals_; }
 
+  //! Runs `work` now, or once the transaction open on the handle (a unit of work) has ended
+  //! either way: for records such as error reports that must outlive a rolled-back unit.
+  void AfterTransaction(std::function<void()> work);
+  //! Runs what waited for the transaction to end; called when a unit of work ends.
+  void RunAfterTransaction();
+
   //! What the connection whose procedure runs now has shown its clerk; null outside a
   //! connection's call.
   ReadRows* Readings() const { return readings_; }
@@ -142,6 +148,7 @@ class SqliteDatabase {
   std::shared_ptr<Clock> clock_;
   int busy_timeout_ms_ = 0;
   ReadRows* readings_ = nullptr;
+  std::vector<std::function<void()>> after_transaction_;
   //! Read by the authorizer; see ComponentStatements.
   bool component_ = false;
   struct Cached {

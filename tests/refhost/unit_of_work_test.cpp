@@ -89,6 +89,18 @@ TEST_F(UnitOfWork, ARefusingCallUndoesOnlyItselfInsideTheUnit) {
   EXPECT_EQ(NzString(other_.host->Database()->QueryValue("SELECT last_name FROM kiv_customer")), "SMITH");
 }
 
+TEST_F(UnitOfWork, TheReportOfAFailureOutlivesTheUnitRolledBackAfterIt) {
+  auto log = [&] { return NzLong(other_.host->Database()->QueryValue("SELECT COUNT(*) FROM kiv_error_log")); };
+  here_.conn->BeginUnitOfWork();
+  ASSERT_TRUE(here_.NewCustomer("SMITH", "1 MAIN ST")->Update());
+  auto tim = here_.NewCustomer("JONES", "2 HILL RD");
+  tim->SetCustomerType("X");
+  EXPECT_FALSE(tim->Update());
+  here_.conn->EndUnitOfWork(false);
+  EXPECT_EQ(CustomersSeenElsewhere(), 0);
+  EXPECT_EQ(log(), 1);
+}
+
 TEST_F(UnitOfWork, ALockHeldElsewhereIsReportedAsBusyWithinMomentsAndNothingIsWritten) {
   // Another program holds the write lock.
   other_.host->Database()->Execute("BEGIN IMMEDIATE");
