@@ -1,5 +1,6 @@
 // The reference host's DBConnection over one SQLite database: dialect translation, the
-// one-statement and read-only rules, procedure calls as transactions, and the trace.
+// one-statement and read-only rules, procedure calls as transactions (savepoints inside a
+// unit of work), the guard on statements carrying texts, and the trace.
 #pragma once
 #include <memory>
 #include <string>
@@ -56,8 +57,6 @@ class SqliteConnection : public host::DBConnection {
   //! The outermost call commits (or rolls back) the transaction; a failed commit rolls back
   //! and is shown. An End without a Begin does nothing.
   void EndUnitOfWork(bool commit) override;
-  //! How many units are open (0 outside any).
-  int UnitDepth() const { return unit_depth_; }
 
   SqliteDatabase& Database() { return *db_; }
 
