@@ -84,6 +84,12 @@ int main(int argc, char** argv) {
                        std::to_string(writers.refused) + " refused (same field)",
                    std::to_string(writers.lost_updates) + " lost updates", writers.lost_updates == 0, s});
 
+  TwoProcessTally processes;
+  s = Timed([&] { processes = RunTwoProcesses(File(o, "processes"), o.rounds / 2); });
+  table.push_back({"two processes at once, own fields",
+                   std::to_string(processes.saves) + " saves, " + std::to_string(processes.failed) + " failed",
+                   std::to_string(processes.lost_updates) + " lost updates", processes.lost_updates == 0, s});
+
   int bad = 0, bad_failed = 0;
   s = Timed([&] {
     for (const BadFileCase& c : BadFileCases()) {

@@ -27,5 +27,12 @@ TEST(HardeningLoops, TwoTerminalsSavingOneCustomerLoseNoUpdate) {
   RecordProperty("refused", tally.refused);
 }
 
+TEST(HardeningLoops, TwoProcessesSavingTheirOwnFieldsAtOnceLoseNoUpdate) {
+  TwoProcessTally tally = RunTwoProcesses(TempPath("processes"), 40);
+  EXPECT_EQ(tally.saves + tally.failed, 80);
+  EXPECT_EQ(tally.failed, 0);
+  EXPECT_EQ(tally.lost_updates, 0);
+}
+
 }  // namespace
 }  // namespace kiv::refhost::testing
