@@ -9,7 +9,7 @@ BUILD ?= build
 CMAKE_FLAGS = -DCMAKE_BUILD_TYPE=RelWithDebInfo
 endif
 
-.PHONY: all bootstrap configure build test demo bench fuzz clean
+.PHONY: all bootstrap configure build test demo bench stress fuzz clean
 
 all: build
 
@@ -45,6 +45,13 @@ fuzz:
 	@cmake -S fuzz -B build-fuzz -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 	@cmake --build build-fuzz -j $(JOBS)
 	@fuzz/run_fuzz build-fuzz $(FUZZ_SECONDS)
+
+# The long hardening runs, one table of results; not part of `make test`. STRESS_ARGS passes
+# --kills N, --rounds N, --texts N, --seed N, --dir PATH.
+STRESS_ARGS ?=
+stress: configure
+	@cmake --build $(BUILD) --target kiv_stress -j $(JOBS)
+	@$(BUILD)/stress/kiv_stress $(STRESS_ARGS)
 
 clean:
 	rm -rf build build-sanitize build-bench build-fuzz

@@ -4,6 +4,7 @@
 
 #include "refhost/procedure_helpers.h"
 #include "refhost/procedure_registry.h"
+#include "refhost/read_rows.h"
 #include "refhost/sequences.h"
 #include "refhost/sqlite_database.h"
 
@@ -11,10 +12,48 @@ namespace kiv::refhost {
 
 namespace {
 
+// The stored columns after the number, in table order, and how a clerk knows each.
+constexpr const char* kColumns[] = {"address_type", "Name",       "Address_1", "Address_2", "City",
+                                    "State",        "Zip",        "Country_ID", "Phone",    "Fax"};
+constexpr const char* kLabels[] = {"address type", "name",    "street",       "second street line", "city",
+                                   "state",        "postal code", "country", "phone",        "fax"};
+
+std::string ReadingKey(int32_t address_no) { return "address:" + std::to_string(address_no); }
+
 void GetAddress(ProcedureCall& call) {
   call.ReturnRows("SELECT address_no, address_type, Name, Address_1, Address_2, City, State, Zip, Country_ID, Phone, "
                   "Fax FROM kiv_address WHERE address_no = ?",
                   {Variant(call.Long("@address_no"))});
+  ReadRows* readings = call.Db().Readings();
+  if (readings == nullptr || call.Rows().rows.empty()) return;
+  ReadRows::Row row;
+  for (size_t c = 1; c <= std::size(kColumns); ++c) row.push_back(ReadRows::StoredForm(call.Rows().rows[0][c]));
+  readings->Remember(ReadingKey(call.Long("@address_no")), std::move(row));
+}
+
+// As for the customer row: a field this clerk left as read takes the other terminal's value;
+// a field both changed to different values is named in the refusal (empty when none).
+std::string MergeOtherTerminal(SqliteDatabase& db, int32_t address_no, const ReadRows::Row& read,
+                               std::vector<Variant>& values) {
+  auto rows = db.QueryRows("SELECT address_type, Name, Address_1, Address_2, City, State, Zip, Country_ID, Phone, Fax "
+                           "FROM kiv_address WHERE address_no = ?",
+                           {Variant(address_no)});
+  if (rows.empty() || read.size() != std::size(kColumns)) return {};
+  std::string both;
+  for (size_t i = 0; i < std::size(kColumns); ++i) {
+    Variant& mine = values[i + 1];
+    std::string theirs = ReadRows::StoredForm(rows[0][i]);
+    if (theirs == read[i] || ReadRows::StoredForm(mine) == theirs) continue;
+    if (ReadRows::StoredForm(mine) == read[i]) {
+      mine = rows[0][i];
+      continue;
+    }
+    both += std::string(both.empty() ? "the " : ", the ") + kLabels[i];
+  }
+  if (both.empty()) return {};
+  return "Address " + std::to_string(address_no) +
+         " was changed at another terminal while it was open here, and both changed " + both +
+         ". Nothing was saved: open the customer again to see the other change, and make yours again.";
 }
 
 void UpdateAddress(ProcedureCall& call) {
@@ -34,6 +73,15 @@ void UpdateAddress(ProcedureCall& call) {
   for (const char* name : {"@name", "@address_1", "@address_2", "@city", "@state", "@zip", "@country_id", "@phone",
                            "@fax"})
     values.push_back(call.In(name));
+  ReadRows* readings = db.Readings();
+  const ReadRows::Row* read = readings != nullptr && address_no != 0 ? readings->Find(ReadingKey(address_no)) : nullptr;
+  ReadRows::Row sent;
+  for (size_t i = 1; i < values.size(); ++i) sent.push_back(ReadRows::StoredForm(values[i]));
+  if (read != nullptr) {
+    std::string refusal = MergeOtherTerminal(db, address_no, *read, values);
+    if (!refusal.empty()) return Refuse(call, refusal);
+    type = values[1].IsNull() ? type : values[1].ToString();
+  }
   const bool primary = type == "PRIMARY";
   if (address_no == 0) {
     address_no = NextSequenceNo(db, "seq_address_no");
@@ -60,6 +108,7 @@ void UpdateAddress(ProcedureCall& call) {
     db.Execute("UPDATE kiv_customer_address SET primary_address = 0 WHERE address_no <> ?1 AND customer_no IN "
                "(SELECT customer_no FROM kiv_customer_address WHERE address_no = ?1)",
                {Variant(address_no)});
+  if (readings != nullptr) readings->Remember(ReadingKey(address_no), std::move(sent));
   call.Out("@address_no", Variant(address_no));
   Succeed(call);
 }

@@ -2,9 +2,11 @@
 // refuse to while activity refers to the customer), and the stored has-flags.
 #include <string>
 
+#include "host/host_error.h"
 #include "refhost/procedure_helpers.h"
 #include "refhost/procedure_registry.h"
 #include "refhost/procedure_sql.h"
+#include "refhost/read_rows.h"
 #include "refhost/sequences.h"
 #include "refhost/sqlite_database.h"
 
@@ -12,48 +14,116 @@ namespace kiv::refhost {
 
 namespace {
 
-void GetCustomer(ProcedureCall& call) {
-  call.ReturnRows(std::string("SELECT ") + kCustomerColumns + ", " + kHasFlagColumns +
-                      " FROM kiv_customer c WHERE c.customer_no = ?",
-                  {Variant(call.Long("@customer_no"))});
-  MarkFlagsBoolean(call.Rows());
-}
-
 // The columns written by the update procedure, each from the parameter of the same name.
 struct WrittenColumn {
   const char* column;
   const char* parameter;
   bool is_date;
+  //! How the clerk knows the field, for a refusal naming it.
+  const char* label;
 };
 constexpr WrittenColumn kWritten[] = {
-    {"first_name", "@first_name", false},
-    {"last_name", "@last_name", false},
-    {"full_name", "@full_name", false},
-    {"company_name", "@company_name", false},
-    {"customer_type", "@customer_type", false},
-    {"customer_kind", "@customer_kind", false},
-    {"Zip", "@zip", false},
-    {"account_id", "@account_id", false},
-    {"status_id", "@status_id", false},
-    {"comment_note", "@comment_note", false},
-    {"DOB", "@dob", true},
-    {"has_image", "@has_image", false},
-    {"commission_percentage", "@commission_percentage", false},
-    {"discount_percentage", "@discount_percentage", false},
-    {"Locked", "@locked", false},
-    {"preloaded", "@preloaded", false},
-    {"Customer_Level_ID", "@customer_level_id", false},
-    {"Gender", "@gender", false},
-    {"date_of_release", "@date_of_release", true},
-    {"household_no", "@household_no", false},
-    {"household_primary", "@household_primary", false},
-    {"do_not_mail", "@do_not_mail", false},
-    {"EMail", "@email", false},
-    {"wedding_anniversary", "@wedding_anniversary", true},
-    {"Occupation", "@occupation", false},
-    {"work_phone", "@work_phone", false},
-    {"cell_phone", "@cell_phone", false},
+    {"first_name", "@first_name", false, "first name"},
+    {"last_name", "@last_name", false, "last name"},
+    {"full_name", "@full_name", false, "full name"},
+    {"company_name", "@company_name", false, "company name"},
+    {"customer_type", "@customer_type", false, "customer type"},
+    {"customer_kind", "@customer_kind", false, "customer kind"},
+    {"Zip", "@zip", false, "postal code"},
+    {"account_id", "@account_id", false, "account"},
+    {"status_id", "@status_id", false, "status"},
+    {"comment_note", "@comment_note", false, "comment"},
+    {"DOB", "@dob", true, "date of birth"},
+    {"has_image", "@has_image", false, "photograph flag"},
+    {"commission_percentage", "@commission_percentage", false, "commission percentage"},
+    {"discount_percentage", "@discount_percentage", false, "discount percentage"},
+    {"Locked", "@locked", false, "locked flag"},
+    {"preloaded", "@preloaded", false, "preloaded flag"},
+    {"Customer_Level_ID", "@customer_level_id", false, "customer level"},
+    {"Gender", "@gender", false, "gender"},
+    {"date_of_release", "@date_of_release", true, "release date"},
+    {"household_no", "@household_no", false, "household"},
+    {"household_primary", "@household_primary", false, "household primary flag"},
+    {"do_not_mail", "@do_not_mail", false, "do-not-mail flag"},
+    {"EMail", "@email", false, "e-mail address"},
+    {"wedding_anniversary", "@wedding_anniversary", true, "wedding anniversary"},
+    {"Occupation", "@occupation", false, "occupation"},
+    {"work_phone", "@work_phone", false, "work phone"},
+    {"cell_phone", "@cell_phone", false, "cell phone"},
 };
+
+constexpr size_t kHouseholdNo = 19;
+constexpr size_t kHouseholdPrimary = 20;
+
+std::string ReadingKey(int32_t customer_no) { return "customer:" + std::to_string(customer_no); }
+
+// The written columns of a row set's first row in their stored form; empty without a row.
+ReadRows::Row WrittenForms(const RowSet& rows) {
+  ReadRows::Row row;
+  if (rows.rows.empty()) return row;
+  for (const auto& w : kWritten) {
+    int c = FindColumn(rows.columns, w.column);
+    row.push_back(c < 0 ? std::string() : ReadRows::StoredForm(rows.rows[0][static_cast<size_t>(c)]));
+  }
+  return row;
+}
+
+ReadRows::Row WrittenForms(const std::vector<Variant>& values) {
+  ReadRows::Row row;
+  for (size_t i = 0; i < std::size(kWritten); ++i) row.push_back(ReadRows::StoredForm(values[i]));
+  return row;
+}
+
+std::string JoinLabels(const std::vector<std::string>& labels) {
+  std::string text;
+  for (size_t i = 0; i < labels.size(); ++i) {
+    if (i > 0) text += i + 1 == labels.size() ? " and " : ", ";
+    text += "the " + labels[i];
+  }
+  return text;
+}
+
+// Another terminal may have saved this customer since this clerk read it. A field the clerk
+// left as read takes the other terminal's value, so that save is not undone; a field both
+// changed, to different values, refuses the save, since one of the two changes would be lost
+// without anyone having seen it.
+void MergeOtherTerminal(ProcedureCall& call, int32_t customer_no, const ReadRows::Row& read,
+                        std::vector<Variant>& values) {
+  std::string columns;
+  for (const auto& w : kWritten) columns += (columns.empty() ? "" : ", ") + std::string(w.column);
+  auto rows = call.Db().QueryRows("SELECT " + columns + " FROM kiv_customer WHERE customer_no = ?",
+                                  {Variant(customer_no)});
+  if (rows.empty() || read.size() != std::size(kWritten)) return;
+  const auto& stored = rows[0];
+  std::vector<std::string> both;
+  for (size_t i = 0; i < std::size(kWritten); ++i) {
+    if (i == kHouseholdPrimary) continue;  // follows the household number below
+    std::string theirs = ReadRows::StoredForm(stored[i]);
+    if (theirs == read[i]) continue;
+    std::string mine = ReadRows::StoredForm(values[i]);
+    if (mine == theirs) continue;
+    if (mine == read[i]) {
+      values[i] = stored[i];
+      continue;
+    }
+    both.push_back(kWritten[i].label);
+  }
+  values[kHouseholdPrimary] = Variant(NzLong(values[kHouseholdNo]) == customer_no);
+  if (both.empty()) return;
+  call.Raise("Customer " + std::to_string(customer_no) +
+             " was changed at another terminal while it was open here, and both changed " + JoinLabels(both) +
+             ". Nothing was saved: close the customer, open it again to see the other change, and make yours again.");
+}
+
+void GetCustomer(ProcedureCall& call) {
+  call.ReturnRows(std::string("SELECT ") + kCustomerColumns + ", " + kHasFlagColumns +
+                      " FROM kiv_customer c WHERE c.customer_no = ?",
+                  {Variant(call.Long("@customer_no"))});
+  MarkFlagsBoolean(call.Rows());
+  ReadRows* readings = call.Db().Readings();
+  if (readings != nullptr && !call.Rows().rows.empty())
+    readings->Remember(ReadingKey(call.Long("@customer_no")), WrittenForms(call.Rows()));
+}
 
 void UpdateCustomer(ProcedureCall& call) {
   SqliteDatabase& db = call.Db();
@@ -85,9 +155,15 @@ void UpdateCustomer(ProcedureCall& call) {
   int32_t household_no = call.Long("@household_no");
   if (household_no == 0) {
     household_no = customer_no;
-    values[19] = Variant(household_no);
+    values[kHouseholdNo] = Variant(household_no);
   }
-  values[20] = Variant(household_no == customer_no);
+  values[kHouseholdPrimary] = Variant(household_no == customer_no);
+  ReadRows* readings = db.Readings();
+  const ReadRows::Row* read = readings != nullptr && !inserting ? readings->Find(ReadingKey(customer_no)) : nullptr;
+  // The clerk's record holds what it sent, not what the merge took from elsewhere: that is
+  // what its next save starts from.
+  ReadRows::Row sent = WrittenForms(values);
+  if (read != nullptr) MergeOtherTerminal(call, customer_no, *read, values);
 
   const std::string user = call.Text("@kiv_user");
   const Variant now(db.Now());
@@ -109,6 +185,7 @@ void UpdateCustomer(ProcedureCall& call) {
     values.insert(values.end(), {Variant(user), now, Variant(customer_no)});
     db.Execute("UPDATE kiv_customer SET " + sets + " WHERE customer_no = ?", values);
   }
+  if (readings != nullptr) readings->Remember(ReadingKey(customer_no), std::move(sent));
   call.Out("@customer_no", Variant(customer_no));
   Succeed(call);
 }
@@ -165,14 +242,28 @@ void DeleteCustomer(ProcedureCall& call) {
 void UpdateCustomerHas(ProcedureCall& call) {
   SqliteDatabase& db = call.Db();
   int32_t customer_no = call.Long("@customer_no");
-  auto rows = db.QueryRows(std::string("SELECT ") + kHasFlagColumns + " FROM kiv_customer c WHERE c.customer_no = ?",
+  auto rows = db.QueryRows(std::string("SELECT ") + kHasFlagColumns +
+                               ", c.has_willcall, c.has_reservation, c.has_so, c.has_club, c.has_relationship "
+                               "FROM kiv_customer c WHERE c.customer_no = ?",
                            {Variant(customer_no)});
   if (rows.empty()) call.Raise(NoSuchCustomer(customer_no));
   const auto& f = rows[0];
-  db.Execute(
-      "UPDATE kiv_customer SET has_willcall = ?, has_reservation = ?, has_so = ?, has_club = ?, has_relationship = ? "
-      "WHERE customer_no = ?",
-      {f[0], f[1], f[2], f[3], f[4], Variant(customer_no)});
+  bool stale = false;
+  for (size_t i = 0; i < 5; ++i) stale = stale || NzBool(f[i]) != NzBool(f[i + 5]);
+  // Opening a customer reads; it writes only when the stored flags are out of date, and then
+  // without waiting: the flags are answered from the activity tables either way, so a
+  // writer elsewhere costs the stored copy one refresh, never the clerk a wait.
+  if (stale) {
+    try {
+      SqliteDatabase::NoWait no_wait(db);
+      db.Execute(
+          "UPDATE kiv_customer SET has_willcall = ?, has_reservation = ?, has_so = ?, has_club = ?, "
+          "has_relationship = ? WHERE customer_no = ?",
+          {f[0], f[1], f[2], f[3], f[4], Variant(customer_no)});
+    } catch (const HostError& e) {
+      if (e.description != kBusyMessage) throw;
+    }
+  }
   call.Out("@willcall", Variant(NzBool(f[0])));
   call.Out("@reservation", Variant(NzBool(f[1])));
   call.Out("@so", Variant(NzBool(f[2])));
@@ -222,7 +313,7 @@ void AddCustomerProcedures(ProcedureRegistry& registry) {
   registry.Add({"KIV_SP_UpdateCustomerHas",
                 {InInt("@customer_no"), OutBit("@willcall"), OutBit("@club"), OutBit("@so"), OutBit("@reservation"),
                  OutBit("@relationship")},
-                true,
+                false,  // reads first; the rare write goes without waiting for the lock
                 UpdateCustomerHas});
 }
 

@@ -21,15 +21,21 @@ void RefErrorObject::Display(int32_t number, const std::string& source, const st
     if (!detail.empty()) std::cerr << " [" << detail << "]";
     std::cerr << '\n';
   }
-  try {
-    db_->Execute(
-        "INSERT INTO kiv_error_log (logged_at, user_id, error_number, source, description, extra) "
-        "VALUES (?, ?, ?, ?, ?, ?)",
-        {Variant(db_->Now()), Variant(user_id_), Variant(number), Variant(source), Variant(description),
-         Variant(detail)});
-  } catch (const HostError& e) {
-    if (echo_) std::cerr << "(the error log could not be written: " << e.description << ")\n";
-  }
+  // Written once a unit of work in progress has ended, so that rolling the unit back does
+  // not take the report of why with it.
+  db_->AfterTransaction([db = db_.get(), user = user_id_, number, source, description, detail, echo = echo_] {
+    try {
+      // A report never waits for another program's lock: the busy message it may carry is
+      // what the clerk must see at once.
+      SqliteDatabase::NoWait no_wait(*db);
+      db->Execute(
+          "INSERT INTO kiv_error_log (logged_at, user_id, error_number, source, description, extra) "
+          "VALUES (?, ?, ?, ?, ?, ?)",
+          {Variant(db->Now()), Variant(user), Variant(number), Variant(source), Variant(description), Variant(detail)});
+    } catch (const HostError& e) {
+      if (echo) std::cerr << "(the error log could not be written: " << e.description << ")\n";
+    }
+  });
 }
 
 }  // namespace kiv::refhost

@@ -10,6 +10,7 @@
 #include "refhost/sqlite_command.h"
 #include "refhost/sequences.h"
 #include "refhost/sqlite_recordset.h"
+#include "refhost/statement_guard.h"
 
 namespace kiv::refhost {
 
@@ -81,6 +82,21 @@ void BindLiterals(sqlite3_stmt* stmt, const std::vector<int64_t>& values) {
   for (size_t i = 0; i < values.size(); ++i) sqlite3_bind_int64(stmt, static_cast<int>(i + 1), values[i]);
 }
 
+// The connection's readings are the procedures' for the length of one call.
+class ReadingsScope {
+ public:
+  ReadingsScope(SqliteDatabase& db, ReadRows* readings) : db_(db), previous_(db.Readings()) {
+    db_.SetReadings(readings);
+  }
+  ~ReadingsScope() { db_.SetReadings(previous_); }
+  ReadingsScope(const ReadingsScope&) = delete;
+  ReadingsScope& operator=(const ReadingsScope&) = delete;
+
+ private:
+  SqliteDatabase& db_;
+  ReadRows* previous_;
+};
+
 }  // namespace
 
 SqliteConnection::SqliteConnection(std::shared_ptr<SqliteDatabase> db, std::string user_id, std::string password,
@@ -90,6 +106,62 @@ SqliteConnection::SqliteConnection(std::shared_ptr<SqliteDatabase> db, std::stri
       password_(std::move(password)),
       registry_(registry),
       trace_(trace ? std::move(trace) : std::make_shared<TraceHook>()) {}
+
+SqliteConnection::~SqliteConnection() {
+  // The transaction's own destructor rolls back; said here because it is the point.
+  if (!unit_) return;
+  unit_->Rollback();
+  db_->RunAfterTransaction();
+}
+
+void SqliteConnection::BeginUnitOfWork() {
+  if (unit_depth_++ > 0) return;
+  unit_failure_.clear();
+  TraceEvent event{"BeginUnitOfWork", ""};
+  try {
+    unit_ = std::make_unique<Transaction>(*db_, true);
+  } catch (const HostError& e) {
+    unit_failure_ = e.description;
+    Fail(event, e.number, e.description, nullptr);
+  }
+}
+
+void SqliteConnection::EndUnitOfWork(bool commit) {
+  if (unit_depth_ == 0) return;
+  if (--unit_depth_ > 0) return;
+  std::unique_ptr<Transaction> unit = std::move(unit_);
+  unit_failure_.clear();
+  if (!unit) return;
+  if (!commit) {
+    unit->Rollback();
+    db_->RunAfterTransaction();
+    return;
+  }
+  TraceEvent event{"EndUnitOfWork", ""};
+  try {
+    unit->Commit();
+  } catch (const HostError& e) {
+    unit->Rollback();
+    Fail(event, e.number, e.description, nullptr);
+  }
+  db_->RunAfterTransaction();
+}
+
+void SqliteConnection::CheckUnit() {
+  if (unit_depth_ == 0) return;
+  if (unit_ && sqlite3_get_autocommit(db_->Handle()) != 0) {
+    // SQLite ended the transaction itself (a full disk, an I/O error): the unit is lost, and
+    // what follows must not be written outside it.
+    unit_.reset();
+    unit_failure_ = "the database ended the save after an error.";
+  }
+  if (!unit_) throw HostError(kErrDatabase, "Nothing was saved: " + unit_failure_);
+}
+
+void SqliteConnection::Guard(const std::string& sent, const std::string& prepared) const {
+  std::string refusal = StatementGuard::Standard().Refusal(sent, prepared);
+  if (!refusal.empty()) throw HostError(kErrDatabase, refusal);
+}
 
 void SqliteConnection::Emit(const TraceEvent& event) const {
   if (*trace_) (*trace_)(event);
@@ -115,14 +187,16 @@ std::shared_ptr<host::Recordset> SqliteConnection::OpenRead(const char* operatio
   try {
     // Texts that differ only in a number (a customer's address list) share one statement.
     ParameterizedSql translated = ParameterizeLiterals(TranslateSql(sql));
-    StatementLease lease = db_->Prepare(translated.text);
-    BindLiterals(lease.get(), translated.values);
-    if (!sqlite3_stmt_readonly(lease.get()) || sqlite3_column_count(lease.get()) == 0) {
-      error = true;
-      Fail(event, kErrDatabase, "A read-only recordset cannot run a statement that changes the database.", nullptr);
-      return nullptr;
+    Guard(sql, translated.text);
+    RowSet rows;
+    {
+      SqliteDatabase::ComponentStatements own(*db_);
+      StatementLease lease = db_->Prepare(translated.text);
+      BindLiterals(lease.get(), translated.values);
+      if (!sqlite3_stmt_readonly(lease.get()) || sqlite3_column_count(lease.get()) == 0)
+        throw HostError(kErrDatabase, "A read-only recordset cannot run a statement that changes the database.");
+      rows = ReadRowSet(*db_, lease);
     }
-    RowSet rows = ReadRowSet(*db_, lease);
     Emit(event);
     return std::make_shared<SqliteRecordset>(
         std::move(rows), mode == ReadMode::Forward ? SqliteRecordset::Mode::ForwardOnly : SqliteRecordset::Mode::Static);
@@ -147,16 +221,19 @@ std::shared_ptr<host::Recordset> SqliteConnection::OpenForwardReadOnlyRecordset(
 std::shared_ptr<host::Recordset> SqliteConnection::OpenUpdatableRecordset(const std::string& sql, bool& error) {
   TraceEvent event{"OpenUpdatableRecordset", sql};
   try {
+    CheckUnit();
     std::string translated = TranslateSql(sql);
     if (FirstWord(translated) != "SELECT") {
       error = true;
       Fail(event, kErrDatabase, "An updatable recordset needs a SELECT statement.", nullptr);
       return nullptr;
     }
+    Guard(sql, ParameterizeLiterals(translated).text);
     size_t at = translated.find_first_not_of(" \t\r\n");
     std::string with_rowid = translated.substr(0, at + 6) + " rowid AS kiv__rowid," + translated.substr(at + 6);
     std::shared_ptr<host::Recordset> result;
     try {
+      SqliteDatabase::ComponentStatements own(*db_);
       ParameterizedSql parameterized = ParameterizeLiterals(std::move(with_rowid));
       StatementLease lease = db_->Prepare(parameterized.text);
       BindLiterals(lease.get(), parameterized.values);
@@ -187,6 +264,7 @@ std::shared_ptr<host::Recordset> SqliteConnection::OpenUpdatableRecordset(const 
 void SqliteConnection::ExecuteSQL(const std::string& sql, bool& error, Variant& extra) {
   TraceEvent event{"ExecuteSQL", sql};
   try {
+    CheckUnit();
     std::string translated = TranslateSql(sql);
     std::string word = FirstWord(translated);
     if (word != "UPDATE" && word != "DELETE" && word != "INSERT" && word != "SELECT" && word != "WITH") {
@@ -195,8 +273,10 @@ void SqliteConnection::ExecuteSQL(const std::string& sql, bool& error, Variant& 
       return;
     }
     ParameterizedSql parameterized = ParameterizeLiterals(std::move(translated));
+    Guard(sql, parameterized.text);
     int changed = 0;
     {
+      SqliteDatabase::ComponentStatements own(*db_);
       StatementLease lease = db_->Prepare(parameterized.text);
       BindLiterals(lease.get(), parameterized.values);
       int rc;
@@ -225,6 +305,7 @@ std::shared_ptr<host::Command> SqliteConnection::CreateCommandText(const std::st
 int32_t SqliteConnection::GetNextSequenceNo(const std::string& sequence_name) {
   TraceEvent event{"GetNextSequenceNo", sequence_name};
   try {
+    CheckUnit();
     int32_t next = NextSequenceNo(*db_, sequence_name);
     event.outputs.emplace_back("next", Variant(next));
     Emit(event);
@@ -256,6 +337,7 @@ std::shared_ptr<host::Recordset> SqliteConnection::RunCommand(const char* operat
   TraceEvent event{operation, cmd->CommandText(), true, cmd->Params().TakeAssignments()};
   try {
     if (procedure == nullptr) throw HostError(kErrDatabase, "Could not find stored procedure '" + cmd->CommandText() + "'.");
+    if (procedure->writes) CheckUnit();
     std::vector<ProcedureParam> declared = ProcedureRegistry::ServerParameters(*procedure);
     std::vector<Variant> values(declared.size());
     SqliteParameters& params = cmd->Params();
@@ -279,6 +361,7 @@ std::shared_ptr<host::Recordset> SqliteConnection::RunCommand(const char* operat
     ProcedureCall call(*db_, user_id_, declared, std::move(values));
     call.Return(0);
     {
+      ReadingsScope readings(*db_, &read_rows_);
       Transaction transaction(*db_, procedure->writes);
       procedure->body(call);
       transaction.Commit();

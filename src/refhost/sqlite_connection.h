@@ -1,5 +1,6 @@
 // The reference host's DBConnection over one SQLite database: dialect translation, the
-// one-statement and read-only rules, procedure calls as transactions, and the trace.
+// one-statement and read-only rules, procedure calls as transactions (savepoints inside a
+// unit of work), the guard on statements carrying texts, and the trace.
 #pragma once
 #include <memory>
 #include <string>
@@ -7,6 +8,7 @@
 #include "host/db_connection.h"
 #include "host/error_object.h"
 #include "refhost/procedure_registry.h"
+#include "refhost/read_rows.h"
 #include "refhost/sqlite_database.h"
 #include "refhost/trace.h"
 
@@ -20,6 +22,10 @@ class SqliteConnection : public host::DBConnection {
   SqliteConnection(std::shared_ptr<SqliteDatabase> db, std::string user_id, std::string password,
                    const ProcedureRegistry& registry = ProcedureRegistry::Standard(),
                    std::shared_ptr<TraceHook> trace = nullptr);
+  //! A unit of work still open is rolled back: what was never committed never happened.
+  ~SqliteConnection() override;
+  SqliteConnection(const SqliteConnection&) = delete;
+  SqliteConnection& operator=(const SqliteConnection&) = delete;
 
   //! Where failures are shown; without one they only set the error flag.
   void SetErrorObject(std::shared_ptr<host::ErrorObject> error_object) { error_object_ = std::move(error_object); }
@@ -44,6 +50,14 @@ class SqliteConnection : public host::DBConnection {
   std::shared_ptr<host::Recordset> cmdOpenForwardReadOnlyRecordset(const std::shared_ptr<host::Command>& command,
                                                                    bool& error, Variant& extra) override;
 
+  //! The outermost call opens one transaction holding the write lock; inner calls only count.
+  //! When the lock cannot be had the failure is shown and every call until the matching End
+  //! fails at once, so nothing of the unit is written.
+  void BeginUnitOfWork() override;
+  //! The outermost call commits (or rolls back) the transaction; a failed commit rolls back
+  //! and is shown. An End without a Begin does nothing.
+  void EndUnitOfWork(bool commit) override;
+
   SqliteDatabase& Database() { return *db_; }
 
  private:
@@ -54,6 +68,10 @@ class SqliteConnection : public host::DBConnection {
   void Fail(TraceEvent& event, int32_t number, const std::string& description,
             const std::shared_ptr<host::Command>& command);
   void Emit(const TraceEvent& event) const;
+  //! Throws HostError when a text in `sent` changed the form of the statement `prepared`.
+  void Guard(const std::string& sent, const std::string& prepared) const;
+  //! Throws the reason when this call belongs to a unit whose transaction could not start.
+  void CheckUnit();
 
   std::shared_ptr<SqliteDatabase> db_;
   std::string user_id_;
@@ -61,6 +79,12 @@ class SqliteConnection : public host::DBConnection {
   const ProcedureRegistry& registry_;
   std::shared_ptr<TraceHook> trace_;
   std::shared_ptr<host::ErrorObject> error_object_;
+  //! The rows this connection's procedures have shown the clerk, for the merge on save.
+  ReadRows read_rows_;
+  int unit_depth_ = 0;
+  std::unique_ptr<Transaction> unit_;
+  //! Why the open unit could not start; empty when it runs (or none is open).
+  std::string unit_failure_;
 };
 
 }  // namespace kiv::refhost

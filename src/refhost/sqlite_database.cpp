@@ -8,7 +8,9 @@
 #include <filesystem>
 
 #include "host/host_error.h"
+#include "refhost/database_check.h"
 #include "refhost/row_set.h"
+#include "refhost/statement_guard.h"
 
 namespace kiv::refhost {
 
@@ -38,6 +40,15 @@ void NowFunction(sqlite3_context* ctx, int, sqlite3_value**) {
   auto* db = static_cast<SqliteDatabase*>(sqlite3_user_data(ctx));
   std::string text = DateToText(db->Now());
   sqlite3_result_text(ctx, text.c_str(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+}
+
+bool IsBusy(int rc) { return (rc & 0xff) == SQLITE_BUSY || (rc & 0xff) == SQLITE_LOCKED; }
+
+// SQLite's reason for the last failure, in a clerk's words when another program holds the
+// lock: that is the one failure the clerk can do something about.
+std::string Reason(sqlite3* db) {
+  if (IsBusy(sqlite3_extended_errcode(db))) return kBusyMessage;
+  return sqlite3_errmsg(db);
 }
 
 [[noreturn]] void OpenFailure(const std::string& path, const std::string& why) {
@@ -84,8 +95,10 @@ std::shared_ptr<SqliteDatabase> SqliteDatabase::Open(const std::string& path, co
   sqlite3_extended_result_codes(raw, 1);
   if (sqlite3_db_readonly(raw, "main") == 1) OpenFailure(path, "the file is read-only.");
   sqlite3_busy_timeout(raw, options.busy_timeout_ms);
+  db->busy_timeout_ms_ = options.busy_timeout_ms;
 
-  // The first read of the file: a corrupt file or another writer's lock shows up here.
+  // Nothing is written (not even the switch to WAL) before the file shows it is ours.
+  CheckCustomerFile(raw, path);
   char* message = nullptr;
   rc = sqlite3_exec(raw, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA cache_size=-65536;", nullptr,
                     nullptr, &message);
@@ -97,6 +110,7 @@ std::shared_ptr<SqliteDatabase> SqliteDatabase::Open(const std::string& path, co
     OpenFailure(path, "it is not a customer database or it is damaged (" + why + ").");
   if (rc != SQLITE_OK) OpenFailure(path, why + ".");
 
+  StatementGuard::InstallAuthorizer(raw, &db->component_);
   sqlite3_create_function_v2(raw, "kiv_now", 0, SQLITE_UTF8, db.get(), NowFunction, nullptr, nullptr, nullptr);
   return db;
 }
@@ -122,7 +136,9 @@ void SqliteDatabase::Evict() {
 }
 
 StatementLease SqliteDatabase::Prepare(const std::string& sql) {
-  auto found = cache_.find(sql);
+  // A leading byte no SQL text starts with keeps the component's statements apart.
+  const std::string key = component_ ? '\x01' + sql : sql;
+  auto found = cache_.find(key);
   if (found != cache_.end() && !*found->second.busy) {
     *found->second.busy = true;
     return StatementLease(found->second.stmt, found->second.busy.get(), false, found->second.columns.get());
@@ -131,7 +147,7 @@ StatementLease SqliteDatabase::Prepare(const std::string& sql) {
   const char* tail = nullptr;
   int rc = sqlite3_prepare_v3(db_, sql.c_str(), static_cast<int>(sql.size()), SQLITE_PREPARE_PERSISTENT, &stmt, &tail);
   if (rc != SQLITE_OK) {
-    std::string why = sqlite3_errmsg(db_);
+    std::string why = Reason(db_);
     sqlite3_finalize(stmt);
     throw HostError(kErrDatabase, why);
   }
@@ -145,8 +161,8 @@ StatementLease SqliteDatabase::Prepare(const std::string& sql) {
   Cached cached{stmt, std::make_unique<bool>(true), std::make_unique<ColumnList>()};
   bool* busy = cached.busy.get();
   ColumnList* columns = cached.columns.get();
-  cache_.emplace(sql, std::move(cached));
-  cache_order_.push_back(sql);
+  cache_.emplace(key, std::move(cached));
+  cache_order_.push_back(key);
   return StatementLease(stmt, busy, false, columns);
 }
 
@@ -202,23 +218,55 @@ std::vector<std::vector<Variant>> SqliteDatabase::QueryRows(const std::string& s
 
 int64_t SqliteDatabase::LastInsertRowid() const { return sqlite3_last_insert_rowid(db_); }
 
+void SqliteDatabase::AfterTransaction(std::function<void()> work) {
+  if (sqlite3_get_autocommit(db_) != 0) {
+    work();
+    return;
+  }
+  after_transaction_.push_back(std::move(work));
+}
+
+void SqliteDatabase::RunAfterTransaction() {
+  if (sqlite3_get_autocommit(db_) == 0) return;
+  std::vector<std::function<void()>> waiting;
+  waiting.swap(after_transaction_);
+  for (auto& work : waiting) work();
+}
+
 void SqliteDatabase::Fail(const std::string& context) const {
+  if (IsBusy(sqlite3_extended_errcode(db_))) throw HostError(kErrDatabase, kBusyMessage);
   throw HostError(kErrDatabase, context + ": " + sqlite3_errmsg(db_));
 }
 
+SqliteDatabase::NoWait::NoWait(SqliteDatabase& db) : db_(db) { sqlite3_busy_timeout(db_.db_, 0); }
+
+SqliteDatabase::NoWait::~NoWait() { sqlite3_busy_timeout(db_.db_, db_.busy_timeout_ms_); }
+
 Transaction::Transaction(SqliteDatabase& db, bool immediate) : db_(db) {
-  db_.Execute(immediate ? "BEGIN IMMEDIATE" : "BEGIN");
+  savepoint_ = sqlite3_get_autocommit(db_.Handle()) == 0;
+  if (savepoint_)
+    db_.Execute("SAVEPOINT kiv_call");
+  else
+    db_.Execute(immediate ? "BEGIN IMMEDIATE" : "BEGIN");
   open_ = true;
 }
 
-Transaction::~Transaction() {
+Transaction::~Transaction() { Rollback(); }
+
+void Transaction::Rollback() noexcept {
   if (!open_) return;
+  open_ = false;
   // Rolling back runs while a failure unwinds; its own failure must not replace that one.
-  sqlite3_exec(db_.Handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+  if (!savepoint_) {
+    sqlite3_exec(db_.Handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    return;
+  }
+  // Undone and then released: the outer transaction goes on without this call's writes.
+  sqlite3_exec(db_.Handle(), "ROLLBACK TO kiv_call; RELEASE kiv_call", nullptr, nullptr, nullptr);
 }
 
 void Transaction::Commit() {
-  db_.Execute("COMMIT");
+  db_.Execute(savepoint_ ? "RELEASE kiv_call" : "COMMIT");
   open_ = false;
 }
 

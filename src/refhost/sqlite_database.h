@@ -18,6 +18,7 @@ struct sqlite3_stmt;
 namespace kiv::refhost {
 
 struct ColumnInfo;
+class ReadRows;
 //! The column metadata of a cached statement, described once.
 using ColumnList = std::shared_ptr<const std::vector<ColumnInfo>>;
 
@@ -25,9 +26,14 @@ using ColumnList = std::shared_ptr<const std::vector<ColumnInfo>>;
 inline constexpr int32_t kErrDatabase = -2147217900;  // a statement failed or was refused
 inline constexpr int32_t kErrOpen = -2147467259;      // the database file cannot be used
 
+//! What a clerk reads when another terminal or program holds the database's write lock.
+inline constexpr const char* kBusyMessage =
+    "The customer database is busy: another terminal or program is saving to it. Nothing was changed; "
+    "try again in a moment.";
 struct OpenOptions {
   bool create_if_missing = true;
-  int busy_timeout_ms = 5000;
+  //! How long a write waits for another writer before the clerk is told the database is busy.
+  int busy_timeout_ms = 3000;
   //! Where GETDATE() and the logs take the time from; the system clock when null.
   std::shared_ptr<Clock> clock;
 };
@@ -90,8 +96,48 @@ class SqliteDatabase {
   //! its first page counted under the same criteria text.
   std::unordered_map<std::string, int32_t>& SearchTotals() { return search_totals_; }
 
-  //! Throws HostError(kErrDatabase) with SQLite's message for the last failure.
+  //! Runs `work` now, or once the transaction open on the handle (a unit of work) has ended
+  //! either way: for records such as error reports that must outlive a rolled-back unit.
+  void AfterTransaction(std::function<void()> work);
+  //! Runs what waited for the transaction to end; called when a unit of work ends.
+  void RunAfterTransaction();
+
+  //! What the connection whose procedure runs now has shown its clerk; null outside a
+  //! connection's call.
+  ReadRows* Readings() const { return readings_; }
+  void SetReadings(ReadRows* readings) { readings_ = readings; }
+
+  //! Throws HostError(kErrDatabase) with SQLite's message for the last failure (the busy
+  //! message when another program held the lock).
   [[noreturn]] void Fail(const std::string& context) const;
+
+  //! While it lives, the statements prepared and run are the component's own: the authorizer
+  //! keeps them to the customer tables, and they are cached apart from the host's statements
+  //! so that one never runs in the other's place.
+  class ComponentStatements {
+   public:
+    explicit ComponentStatements(SqliteDatabase& db) : db_(db), previous_(db.component_) { db_.component_ = true; }
+    ~ComponentStatements() { db_.component_ = previous_; }
+    ComponentStatements(const ComponentStatements&) = delete;
+    ComponentStatements& operator=(const ComponentStatements&) = delete;
+
+   private:
+    SqliteDatabase& db_;
+    bool previous_;
+  };
+
+  //! While it lives, a statement that meets another writer's lock fails at once instead of
+  //! waiting: for writes that may as well be skipped.
+  class NoWait {
+   public:
+    explicit NoWait(SqliteDatabase& db);
+    ~NoWait();
+    NoWait(const NoWait&) = delete;
+    NoWait& operator=(const NoWait&) = delete;
+
+   private:
+    SqliteDatabase& db_;
+  };
 
  private:
   SqliteDatabase(sqlite3* db, std::string path, std::shared_ptr<Clock> clock);
@@ -100,6 +146,11 @@ class SqliteDatabase {
   sqlite3* db_;
   std::string path_;
   std::shared_ptr<Clock> clock_;
+  int busy_timeout_ms_ = 0;
+  ReadRows* readings_ = nullptr;
+  std::vector<std::function<void()>> after_transaction_;
+  //! Read by the authorizer; see ComponentStatements.
+  bool component_ = false;
   struct Cached {
     sqlite3_stmt* stmt = nullptr;
     std::unique_ptr<bool> busy;
@@ -111,6 +162,9 @@ class SqliteDatabase {
 };
 
 //! A transaction that rolls back unless committed. `immediate` takes the write lock at once.
+//! Inside a transaction already open on the handle (a unit of work) it is a savepoint:
+//! committing releases it into the outer transaction, abandoning it undoes only its own
+//! writes.
 class Transaction {
  public:
   Transaction(SqliteDatabase& db, bool immediate);
@@ -118,10 +172,13 @@ class Transaction {
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;
   void Commit();
+  //! Undoes what was written since it began; nothing happens when already ended.
+  void Rollback() noexcept;
 
  private:
   SqliteDatabase& db_;
   bool open_ = false;
+  bool savepoint_ = false;
 };
 
 //! Binds a value to a statement parameter (1-based): Boolean as 1/0, Date as ISO text,
