@@ -41,6 +41,14 @@ GridFill HouseholdFill() {
   });
 }
 
+//! The text cut to what its column holds, never inside a character.
+std::string Limited(std::string text, size_t limit) {
+  if (text.size() <= limit) return text;
+  size_t cut = limit;
+  while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80) --cut;
+  return text.substr(0, cut);
+}
+
 std::string DateCell(const Date& date) { return date.IsZero() ? std::string() : Format(Variant(date), kDateMask); }
 
 }  // namespace
@@ -116,7 +124,9 @@ void HouseholdPage::Activate(frmCustomerDetail& screen) {
         cancel = true;
       }
     } else if (col == kColLastName || col == kColFirstName) {
+      // The member is created with these: no more than the customer's columns hold.
       cancel = text.empty();
+      grid.SetEditText(Limited(text, col == kColLastName ? 50 : 40));
     }
   };
   grid.on_after_edit = [this, &screen](int row, int col) { CellEdited(screen, row, col); };

@@ -189,6 +189,11 @@ bool frmRelatedCustomer::SaveMember() {
 bool ShowRelatedCustomer(Screen& owner, const std::shared_ptr<CCustomer>& parent,
                          std::function<bool(const std::vector<Variant>&)> collect_member) {
   if (!parent) return false;
+  if (parent->CustomerType() == "C") {
+    // A company has employees, linked on its relationships page, not a family.
+    owner.ui().MsgBox("Family members can only be added to a person.", ui::vbInformation, "Add Family Member");
+    return false;
+  }
   auto screen = std::make_shared<frmRelatedCustomer>();
   bool saved = false;
   try {
