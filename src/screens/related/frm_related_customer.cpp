@@ -20,6 +20,15 @@ int FirstValueIndex(host::Parameters& params) {
   return params.Count() > 0 && EqualsNoCase(params.Item(0).Name(), "@RETURN_VALUE") ? 1 : 0;
 }
 
+//! The text cut to `limit` bytes (no limit when 0), never inside a character: a pasted
+//! text is not held to the box's length as typing is.
+std::string Limited(std::string text, int limit) {
+  if (limit <= 0 || static_cast<int>(text.size()) <= limit) return text;
+  size_t cut = static_cast<size_t>(limit);
+  while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80) --cut;
+  return text.substr(0, cut);
+}
+
 std::string ParentName(const CCustomer& parent) {
   if (!parent.FullName().empty()) return parent.FullName();
   return parent.CustomerType() == "C" ? parent.CompanyName() : Trim(parent.FirstName() + " " + parent.LastName());
@@ -107,9 +116,7 @@ void frmRelatedCustomer::ApplyFieldLimits() {
 }
 
 void frmRelatedCustomer::ComposeFullName() {
-  const std::string full = UCase(txtFirstName.Text()) + " " + UCase(txtLastName.Text());
-  const int limit = txtFullName.MaxLength();
-  txtFullName.SetText(limit > 0 && static_cast<int>(full.size()) > limit ? full.substr(0, limit) : full);
+  txtFullName.SetText(Limited(UCase(txtFirstName.Text()) + " " + UCase(txtLastName.Text()), txtFullName.MaxLength()));
 }
 
 void frmRelatedCustomer::ResetFields() {
@@ -130,8 +137,8 @@ bool frmRelatedCustomer::Refuse(const char* prompt, const char* title, ui::Contr
 }
 
 std::vector<Variant> frmRelatedCustomer::ProcedureValues() const {
-  const std::string last = UCase(txtLastName.Text());
-  const std::string first = UCase(txtFirstName.Text());
+  const std::string last = Limited(UCase(txtLastName.Text()), txtLastName.MaxLength());
+  const std::string first = Limited(UCase(txtFirstName.Text()), txtFirstName.MaxLength());
   Variant gender = Variant::Null();
   if (optGender.IsChosen(kGenderMale)) gender = Variant(std::string("M"));
   if (optGender.IsChosen(kGenderFemale)) gender = Variant(std::string("F"));
@@ -139,7 +146,7 @@ std::vector<Variant> frmRelatedCustomer::ProcedureValues() const {
       Variant(parent_ ? parent_->CustomerNo() : 0),
       Variant(last),
       Variant(first),
-      Variant(first + " " + last),
+      Variant(Limited(first + " " + last, txtFullName.MaxLength())),
       dtDOB.HasValue() ? Variant(*dtDOB.Value()) : Variant::Null(),
       gender,
       Variant(lstRelationship.SelectedKey()),
