@@ -74,6 +74,10 @@ bool ComponentScreens::ShowDetail(CCustEngine& engine, const std::shared_ptr<CCu
     screen->TakeHostObjects(engine);
     screen->SetCustomer(customer);
     screen->SetDisableWillcall(disable_willcall);
+    screen->open_related_customer = [](frmCustomerDetail& owner, const std::shared_ptr<CCustomer>& parent,
+                                       const std::function<bool(const std::vector<Variant>&)>& collect_member) {
+      return ShowRelatedCustomer(owner, parent, collect_member);
+    };
     screen->FillScreen(customer->CustomerNo());
     screen->Show(ui::vbModal, owner);
     cancelled = screen->Cancelled();
@@ -85,6 +89,37 @@ bool ComponentScreens::ShowDetail(CCustEngine& engine, const std::shared_ptr<CCu
   } catch (...) {
   }
   return cancelled;
+}
+
+bool ComponentScreens::ShowRelatedCustomer(Screen& owner, const std::shared_ptr<CCustomer>& parent,
+                                           std::function<bool(const std::vector<Variant>&)> collect_member) {
+  if (!parent) return false;
+  if (parent->CustomerType() == "C") {
+    // A company has employees, linked on its relationships page, not a family.
+    owner.ui().MsgBox("Family members can only be added to a person.", ui::vbInformation, "Add Family Member");
+    return false;
+  }
+  auto screen = std::make_shared<frmRelatedCustomer>();
+  bool saved = false;
+  try {
+    screen->SetUi(owner.UiService());
+    screen->SetDBConnection(owner.DBConnection());
+    screen->SetErrorObject(owner.ErrorObject());
+    screen->SetAppServer(owner.AppServer());
+    screen->SetCustomerEngine(owner.CustomerEngine());
+    screen->SetParentCustomer(parent);
+    screen->collect_member = std::move(collect_member);
+    screen->Load();
+    screen->Show(ui::vbModal, &owner);
+    saved = screen->Saved();
+  } catch (...) {
+    saved = screen->Saved();
+  }
+  try {
+    screen->Unload();
+  } catch (...) {
+  }
+  return saved;
 }
 
 ui::Form* ComponentScreens::SharedSearchScreen() const { return search_screen_.get(); }

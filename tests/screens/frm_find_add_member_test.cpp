@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "frm_find_rig.h"
-#include "screens/related/frm_related_customer.h"
 
 namespace kiv {
 namespace {
@@ -61,7 +60,7 @@ TEST(FindAddMember, ACompanyGetsNoFamilyMembers) {
   rig.Do(ActionKind::Paste, "txtLastName", "A");
   rig.Do(ActionKind::Click, "cmdFind");
   rig.screen->open_related_customer = [](frmFind& owner, const std::shared_ptr<CCustomer>& parent) {
-    return ShowRelatedCustomer(owner, parent);
+    return ComponentScreens::ShowRelatedCustomer(owner, parent);
   };
   rig.screen->fxgCustomers.SelectRows({1});
   rig.ui->Answer(ui::vbOK);

@@ -3,6 +3,7 @@
 // two queries, the past-year refusal and the link procedures.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -133,6 +134,10 @@ TEST(HouseholdPage, AMemberTypedForANewCustomerIsCreatedOnceAndRelatedAfterwards
   rig.host.OnProcedure("KIV_SP_INSERTCUSTOMER_ADD_FAMILY").Outputs({{"@new_customer_no", 78}});
   rig.Person(0);
   rig.Open();
+  rig.screen->open_related_customer = [](frmCustomerDetail& owner, const std::shared_ptr<CCustomer>& parent,
+                                         const std::function<bool(const std::vector<Variant>&)>& collect) {
+    return ComponentScreens::ShowRelatedCustomer(owner, parent, collect);
+  };
   rig.Do(ActionKind::Click, "tabCustomer", "2");
   rig.ui->OnModal([](ui::Form& form) {
     form.Perform(ui::Action{ActionKind::Type, "txtFirstName", "mia", {}, 0});

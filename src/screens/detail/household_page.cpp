@@ -255,11 +255,12 @@ bool HouseholdPage::CollectMember(frmCustomerDetail& screen, const std::vector<V
 }
 
 void HouseholdPage::AddFamilyMember(frmCustomerDetail& screen) {
-  if (!screen.Customer()) return;
+  if (!screen.Customer() || !screen.open_related_customer) return;
   if (screen.CustomerNo() == 0) {
     // Nobody to attach the members to yet: they are created with the customer's save.
-    ShowRelatedCustomer(screen, screen.Customer(),
-                        [this, &screen](const std::vector<Variant>& values) { return CollectMember(screen, values); });
+    screen.open_related_customer(screen, screen.Customer(), [this, &screen](const std::vector<Variant>& values) {
+      return CollectMember(screen, values);
+    });
     return;
   }
   std::shared_ptr<CCustomer> parent = screen.Customer();
@@ -272,7 +273,7 @@ void HouseholdPage::AddFamilyMember(frmCustomerDetail& screen) {
     std::shared_ptr<CCustomer> head_customer = screen.CustomerEngine()->OpenCustomer(head_no, args);
     if (head_customer && !args.bError) parent = head_customer;
   }
-  if (!ShowRelatedCustomer(screen, parent)) return;
+  if (!screen.open_related_customer(screen, parent, nullptr)) return;
   MergeNewMembers(screen);
   if (Showing(screen)) Render(screen);
 }

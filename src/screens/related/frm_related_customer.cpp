@@ -193,35 +193,4 @@ bool frmRelatedCustomer::SaveMember() {
   return true;
 }
 
-bool ShowRelatedCustomer(Screen& owner, const std::shared_ptr<CCustomer>& parent,
-                         std::function<bool(const std::vector<Variant>&)> collect_member) {
-  if (!parent) return false;
-  if (parent->CustomerType() == "C") {
-    // A company has employees, linked on its relationships page, not a family.
-    owner.ui().MsgBox("Family members can only be added to a person.", ui::vbInformation, "Add Family Member");
-    return false;
-  }
-  auto screen = std::make_shared<frmRelatedCustomer>();
-  bool saved = false;
-  try {
-    screen->SetUi(owner.UiService());
-    screen->SetDBConnection(owner.DBConnection());
-    screen->SetErrorObject(owner.ErrorObject());
-    screen->SetAppServer(owner.AppServer());
-    screen->SetCustomerEngine(owner.CustomerEngine());
-    screen->SetParentCustomer(parent);
-    screen->collect_member = std::move(collect_member);
-    screen->Load();
-    screen->Show(ui::vbModal, &owner);
-    saved = screen->Saved();
-  } catch (...) {
-    saved = screen->Saved();
-  }
-  try {
-    screen->Unload();
-  } catch (...) {
-  }
-  return saved;
-}
-
 }  // namespace kiv

@@ -79,10 +79,4 @@ class frmRelatedCustomer : public Screen {
   bool saved_ = false;
 };
 
-//! Shows the screen modally over `owner` for `parent`, with the owner's host objects;
-//! true when at least one member was added. `collect_member`, when given, receives the
-//! members instead of the database.
-bool ShowRelatedCustomer(Screen& owner, const std::shared_ptr<CCustomer>& parent,
-                         std::function<bool(const std::vector<Variant>&)> collect_member = nullptr);
-
 }  // namespace kiv
