@@ -158,14 +158,14 @@ void EmployerPage::AddLink(frmCustomerDetail& screen) {
     screen.ui().MsgBox(not_chosen, ui::vbInformation, kLookupTitle);
     return;
   }
+  const int32_t self = screen.CustomerNo();
+  if (chosen->CustomerNo() == self) {
+    screen.ui().MsgBox(chosen->FullName() + " can not be its own employer.", ui::vbInformation, kLookupTitle);
+    return;
+  }
   // The search lets the clerk change tabs: a person's employer must still be a company.
   if ((chosen->CustomerType() == "C") == company) {
     screen.ui().MsgBox(not_chosen, ui::vbInformation, kLookupTitle);
-    return;
-  }
-  const int32_t self = screen.CustomerNo();
-  if (chosen->CustomerNo() == self) {
-    screen.ui().MsgBox("A customer can not be its own employer.", ui::vbInformation, kLookupTitle);
     return;
   }
   const std::string year = std::to_string(engine->FiscalYear());
