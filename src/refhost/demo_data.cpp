@@ -662,12 +662,19 @@ void DemoBuilder::MakeHousehold(int size) {
     if (i > 0) rel_.Int(primary_no).Int(p.no).Text(i == 1 ? "SPOUSE" : "CHILD").Run();
     if (employed) {
       // Employment over several fiscal years, sometimes with a change of employer.
-      int32_t employer = companies_[static_cast<size_t>(rng_.Below(static_cast<int>(companies_.size())))];
+      // Most people work for one of the first few companies, so those have many employees.
+      const auto pick_employer = [this] {
+        const int pool = static_cast<int>(companies_.size());
+        int pick = rng_.Below(pool);
+        if (pool > 8 && pick % 10 < 7) pick %= 8;
+        return companies_[static_cast<size_t>(pick)];
+      };
+      int32_t employer = pick_employer();
       int first_year = kFiscalYear - rng_.Below(3);
       for (int year = first_year; year <= kFiscalYear; ++year) {
-        if (year > first_year && rng_.Chance(15))
-          employer = companies_[static_cast<size_t>(rng_.Below(static_cast<int>(companies_.size())))];
-        employer_.Int(p.no).Int(year).Int(employer).Int(1).Run();
+        if (year > first_year && rng_.Chance(15)) employer = pick_employer();
+        // Links of past years are history: kept, no longer active.
+        employer_.Int(p.no).Int(year).Int(employer).Int(year == kFiscalYear ? 1 : 0).Run();
       }
       rel_.Int(employer).Int(p.no).Text("EMPLOYEE").Run();
     }

@@ -98,6 +98,7 @@ void AddAddressProcedures(ProcedureRegistry& registry);
 void AddSideRecordProcedures(ProcedureRegistry& registry);
 void AddSearchProcedures(ProcedureRegistry& registry);
 void AddHouseholdProcedures(ProcedureRegistry& registry);
+void AddRelationshipProcedures(ProcedureRegistry& registry);
 void AddCardFileProcedures(ProcedureRegistry& registry);
 void AddActivityProcedures(ProcedureRegistry& registry);
 

@@ -23,12 +23,41 @@ void JoinHousehold(SqliteDatabase& db, int32_t parent, int32_t child) {
              {Variant(HouseholdOf(db, parent)), Variant(child)});
 }
 
+//! Other customers whose household is this customer's own.
+bool HeadsOthers(SqliteDatabase& db, int32_t customer_no) {
+  return !db.QueryValue("SELECT 1 FROM kiv_customer WHERE household_no = ?1 AND customer_no <> ?1 LIMIT 1",
+                        {Variant(customer_no)})
+              .IsNull();
+}
+
+//! The search shows a customer's relations only when this flag says it has any.
+void MarkRelationships(SqliteDatabase& db, int32_t customer_no) {
+  db.Execute("UPDATE kiv_customer SET has_relationship = EXISTS (SELECT 1 FROM kiv_customer_rel WHERE "
+             "parent_customer_no = ?1 OR child_customer_no = ?1) WHERE customer_no = ?1",
+             {Variant(customer_no)});
+}
+
+// A member becomes the head of its household: the whole household moves to its number and
+// the relationships of the old head's members are now to the new head.
 void UpdateHouseholdPrimary(ProcedureCall& call) {
   SqliteDatabase& db = call.Db();
   int32_t no = call.Long("@customer_no");
   RaiseUnlessCustomer(call, no);
+  const int32_t old_head = HouseholdOf(db, no);
+  if (old_head != no) {
+    db.Execute("UPDATE kiv_customer SET household_no = ?1, household_primary = 0 WHERE household_no = ?2 OR "
+               "customer_no = ?2",
+               {Variant(no), Variant(old_head)});
+    db.Execute("DELETE FROM kiv_customer_rel WHERE child_customer_no = ? AND rel_type_id <> 'EMPLOYEE'",
+               {Variant(no)});
+    db.Execute("UPDATE kiv_customer_rel SET parent_customer_no = ?1 WHERE parent_customer_no = ?2 AND "
+               "rel_type_id <> 'EMPLOYEE'",
+               {Variant(no), Variant(old_head)});
+    MarkRelationships(db, old_head);
+  }
   db.Execute("UPDATE kiv_customer SET household_no = customer_no, household_primary = 1 WHERE customer_no = ?",
              {Variant(no)});
+  MarkRelationships(db, no);
 }
 
 void UpdateRelationship(ProcedureCall& call) {
@@ -40,12 +69,24 @@ void UpdateRelationship(ProcedureCall& call) {
   if (parent == child) return Refuse(call, "A customer cannot be related to itself.");
   if (!CustomerExists(db, parent) || !CustomerExists(db, child))
     return Refuse(call, "Both customers of a relationship must exist.");
-  db.Execute("DELETE FROM kiv_customer_rel WHERE parent_customer_no = ? AND child_customer_no = ? AND "
-             "rel_type_id <> 'EMPLOYEE'",
-             {Variant(parent), Variant(child)});
+  if (type == "EMPLOYEE") {
+    db.Execute("DELETE FROM kiv_customer_rel WHERE parent_customer_no = ? AND child_customer_no = ? AND "
+               "rel_type_id = 'EMPLOYEE'",
+               {Variant(parent), Variant(child)});
+  } else {
+    // A customer belongs to one household: one in another household, or heading one of its
+    // own with members, has to leave it first.
+    const int32_t theirs = HouseholdOf(db, child);
+    if ((theirs != child && theirs != HouseholdOf(db, parent)) || HeadsOthers(db, child))
+      return Refuse(call, "Customer " + std::to_string(child) + " is already in a relationship with another household.");
+    db.Execute("DELETE FROM kiv_customer_rel WHERE child_customer_no = ? AND rel_type_id <> 'EMPLOYEE'",
+               {Variant(child)});
+  }
   db.Execute("INSERT INTO kiv_customer_rel (parent_customer_no, child_customer_no, rel_type_id) VALUES (?, ?, ?)",
              {Variant(parent), Variant(child), Variant(type)});
   if (type != "EMPLOYEE") JoinHousehold(db, parent, child);
+  MarkRelationships(db, parent);
+  MarkRelationships(db, child);
   Succeed(call);
 }
 
@@ -53,13 +94,18 @@ void DeleteRelationship(ProcedureCall& call) {
   SqliteDatabase& db = call.Db();
   int32_t parent = call.Long("@parent_customer_no");
   int32_t child = call.Long("@child_customer_no");
-  db.Execute("DELETE FROM kiv_customer_rel WHERE parent_customer_no = ? AND child_customer_no = ? AND "
-             "rel_type_id <> 'EMPLOYEE'",
-             {Variant(parent), Variant(child)});
+  if (parent == child) return Refuse(call, "A customer cannot leave its own household.");
+  // A member belongs to one household, whoever in it the relationship names as parent.
+  db.Execute("DELETE FROM kiv_customer_rel WHERE child_customer_no = ? AND rel_type_id <> 'EMPLOYEE' AND "
+             "(parent_customer_no = ? OR parent_customer_no IN (SELECT customer_no FROM kiv_customer WHERE "
+             "household_no = ?))",
+             {Variant(child), Variant(parent), Variant(HouseholdOf(db, parent))});
   // A member leaving the household becomes a household of its own.
   db.Execute("UPDATE kiv_customer SET household_no = customer_no, household_primary = 1 WHERE customer_no = ? AND "
              "household_no = ? AND customer_no <> household_no",
              {Variant(child), Variant(HouseholdOf(db, parent))});
+  MarkRelationships(db, parent);
+  MarkRelationships(db, child);
   Succeed(call);
 }
 
@@ -83,6 +129,10 @@ void AddFamily(ProcedureCall& call) {
               call.In("@zip"), Variant(household), call.In("@user_id"), now, call.In("@user_id"), now});
   db.Execute("INSERT INTO kiv_customer_rel (parent_customer_no, child_customer_no, rel_type_id) VALUES (?, ?, ?)",
              {Variant(parent), Variant(no), Variant(type)});
+  // A customer alone until now heads the household it has just got.
+  db.Execute("UPDATE kiv_customer SET household_no = customer_no WHERE customer_no = ? AND household_no IS NULL",
+             {Variant(household)});
+  db.Execute("UPDATE kiv_customer SET has_relationship = 1 WHERE customer_no IN (?, ?)", {Variant(parent), Variant(no)});
   call.Out("@new_customer_no", Variant(no));
   Succeed(call);
 }
@@ -174,6 +224,7 @@ void GetForecast(ProcedureCall& call) {
 }  // namespace
 
 void AddHouseholdProcedures(ProcedureRegistry& registry) {
+  AddRelationshipProcedures(registry);
   registry.Add({"KIV_SP_UpdateCustomerHouseholdPrimary", {InInt("@customer_no")}, true, UpdateHouseholdPrimary});
   registry.Add({"KIV_SP_UpdateCustomerRelationship",
                 {InInt("@parent_customer_no"), InInt("@child_customer_no"), InText("@rel_type_id", 20),

@@ -4,6 +4,7 @@
 #include "engine/c_cust_engine.h"
 #include "records/c_customer.h"
 #include "screens/detail/frm_customer_detail.h"
+#include "screens/related/frm_related_customer.h"
 #include "screens/search/frm_find.h"
 
 namespace kiv {
@@ -21,6 +22,9 @@ std::shared_ptr<frmFind> ComponentScreens::NewSearchScreen() {
       outcome.UserCanceled = engine->ShowDetailScreen(customer, &owner, false);
     return outcome;
   };
+  screen->open_related_customer = [](frmFind& owner, const std::shared_ptr<CCustomer>& parent) {
+    return ShowRelatedCustomer(owner, parent);
+  };
   return screen;
 }
 
@@ -28,7 +32,11 @@ SearchOutcome ComponentScreens::ShowSearch(CCustEngine& engine, const SearchRequ
   SearchOutcome outcome;
   std::shared_ptr<frmFind> screen;
   try {
-    if (request.spawn_new) {
+    // A pick asked for from a screen the shared search screen opened (the editor's Add
+    // Existing Customer, Add Employer) finds it still showing: a screen already on the modal
+    // stack is never shown twice, so such a pick gets a screen of its own.
+    const bool shared_showing = search_screen_ && search_screen_->Visible();
+    if (request.spawn_new || shared_showing) {
       screen = NewSearchScreen();
     } else {
       if (!search_screen_) search_screen_ = NewSearchScreen();
@@ -46,7 +54,7 @@ SearchOutcome ComponentScreens::ShowSearch(CCustEngine& engine, const SearchRequ
   } catch (...) {
     // Quietly ended: the caller sees a cancelled search.
   }
-  if (screen && (request.spawn_new || request.unload_after)) {
+  if (screen && (screen != search_screen_ || request.unload_after)) {
     try {
       screen->Unload();
     } catch (...) {
@@ -66,6 +74,10 @@ bool ComponentScreens::ShowDetail(CCustEngine& engine, const std::shared_ptr<CCu
     screen->TakeHostObjects(engine);
     screen->SetCustomer(customer);
     screen->SetDisableWillcall(disable_willcall);
+    screen->open_related_customer = [](frmCustomerDetail& owner, const std::shared_ptr<CCustomer>& parent,
+                                       const std::function<bool(const std::vector<Variant>&)>& collect_member) {
+      return ShowRelatedCustomer(owner, parent, collect_member);
+    };
     screen->FillScreen(customer->CustomerNo());
     screen->Show(ui::vbModal, owner);
     cancelled = screen->Cancelled();
@@ -77,6 +89,37 @@ bool ComponentScreens::ShowDetail(CCustEngine& engine, const std::shared_ptr<CCu
   } catch (...) {
   }
   return cancelled;
+}
+
+bool ComponentScreens::ShowRelatedCustomer(Screen& owner, const std::shared_ptr<CCustomer>& parent,
+                                           std::function<bool(const std::vector<Variant>&)> collect_member) {
+  if (!parent) return false;
+  if (parent->CustomerType() == "C") {
+    // A company has employees, linked on its relationships page, not a family.
+    owner.ui().MsgBox("Family members can only be added to a person.", ui::vbInformation, "Add Family Member");
+    return false;
+  }
+  auto screen = std::make_shared<frmRelatedCustomer>();
+  bool saved = false;
+  try {
+    screen->SetUi(owner.UiService());
+    screen->SetDBConnection(owner.DBConnection());
+    screen->SetErrorObject(owner.ErrorObject());
+    screen->SetAppServer(owner.AppServer());
+    screen->SetCustomerEngine(owner.CustomerEngine());
+    screen->SetParentCustomer(parent);
+    screen->collect_member = std::move(collect_member);
+    screen->Load();
+    screen->Show(ui::vbModal, &owner);
+    saved = screen->Saved();
+  } catch (...) {
+    saved = screen->Saved();
+  }
+  try {
+    screen->Unload();
+  } catch (...) {
+  }
+  return saved;
 }
 
 ui::Form* ComponentScreens::SharedSearchScreen() const { return search_screen_.get(); }

@@ -1,13 +1,18 @@
 // The component's screens as the engine reaches them: the one place that builds each
 // screen, hands it the engine's host objects and wires the screens to one another.
 #pragma once
+#include <functional>
 #include <memory>
+#include <vector>
+
+#include "core/variant.h"
 
 #include "engine/screen_launcher.h"
 
 namespace kiv {
 
 class frmFind;
+class Screen;
 
 class ComponentScreens : public ScreenLauncher {
  public:
@@ -19,6 +24,12 @@ class ComponentScreens : public ScreenLauncher {
                   bool disable_willcall) override;
   ui::Form* SharedSearchScreen() const override;
   void CloseScreens() override;
+
+  //! The related-customer screen, shown modally over `owner` for `parent` with the owner's
+  //! host objects; true when at least one member was added. `collect_member`, when given,
+  //! receives the members instead of the database (the parent is not saved yet).
+  static bool ShowRelatedCustomer(Screen& owner, const std::shared_ptr<CCustomer>& parent,
+                                  std::function<bool(const std::vector<Variant>&)> collect_member = nullptr);
 
   //! The shared search screen; null until the first search created it.
   frmFind* SearchScreen() const { return search_screen_.get(); }

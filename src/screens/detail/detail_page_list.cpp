@@ -1,14 +1,17 @@
 // The pages every detail editor gets. The general page is the editor itself; each other
 // page is one DetailPage class registered here, after the editor's own controls exist.
 #include "screens/detail/detail_page.h"
+#include "screens/detail/employer_page.h"
 #include "screens/detail/frm_customer_detail.h"
+#include "screens/detail/household_page.h"
 
 namespace kiv {
 
 void AddDetailPages(frmCustomerDetail& screen) {
   // Relationships and employer share tab 2 and reload in this order on Refresh; custom
   // fields and group memberships share tab 7.
-  (void)screen;
+  screen.RegisterPage(std::make_unique<HouseholdPage>());
+  screen.RegisterPage(std::make_unique<EmployerPage>());
 }
 
 }  // namespace kiv

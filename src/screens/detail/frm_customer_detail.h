@@ -122,6 +122,11 @@ class frmCustomerDetail : public Screen {
   std::function<void(frmCustomerDetail&)> view_cc_data;
   std::function<void(frmCustomerDetail&)> forecast_report;
   std::function<void(frmCustomerDetail&)> rental_contract_report;
+  //! The related-customer screen over the household's head; true when a member was added.
+  //! `collect_member`, when given, takes the members instead of the database.
+  std::function<bool(frmCustomerDetail&, const std::shared_ptr<CCustomer>& parent,
+                     const std::function<bool(const std::vector<Variant>&)>& collect_member)>
+      open_related_customer;
 
   // ---- controls ----
   ui::TabStrip& tabCustomer;

@@ -127,8 +127,8 @@ class frmFind : public Screen {
   //! The detail editor over a customer (new or loaded); without it Add and Properties open
   //! nothing.
   std::function<DetailOutcome(frmFind& owner, const std::shared_ptr<CCustomer>& customer)> open_detail;
-  //! The related-customer screen over the household parent.
-  std::function<void(frmFind& owner, const std::shared_ptr<CCustomer>& parent)> open_related_customer;
+  //! The related-customer screen over the household parent; true when a member was added.
+  std::function<bool(frmFind& owner, const std::shared_ptr<CCustomer>& parent)> open_related_customer;
   //! The account screen over a customer.
   std::function<void(frmFind& owner, const std::shared_ptr<CCustomer>& customer)> open_account_info;
   //! The duplicate merge; after it closes the screen starts over with New Search.

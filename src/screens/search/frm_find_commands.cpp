@@ -106,7 +106,9 @@ void frmFind::AddFamilyMember() {
   if (parent_no == 0) parent_no = customer_no;
   std::shared_ptr<CCustomer> parent = OpenForCommand(parent_no);
   if (!parent) return;
-  if (open_related_customer) open_related_customer(*this, parent);
+  if (!open_related_customer || !open_related_customer(*this, parent)) return;
+  // The new members are customers the rows do not list yet.
+  Find();
 }
 
 void frmFind::ShowAccountInfo() {
