@@ -71,7 +71,8 @@ void CheckCustomerFile(sqlite3* db, const std::string& path) {
     Refuse(path, "its schema version " + std::to_string(version) + " is newer than this program understands (version " +
                      std::to_string(kSchemaVersion) + "). Use a newer program.");
   if (version == 0) Refuse(path, "it is not a customer database (it holds other tables).");
-  if (version != kSchemaVersion)
+  // Version 1 is upgraded once the file has passed these checks.
+  if (version != kSchemaVersion && version != 1)
     Refuse(path, "its schema version " + std::to_string(version) + " is older than this program can upgrade.");
 
   std::set<std::string> present;

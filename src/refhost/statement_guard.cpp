@@ -22,6 +22,7 @@ constexpr const char* kComponentStatements[] = {
     "child_customer_no = 1 AND rel_type_id = 'EMPLOYEE'",
     "SELECT * FROM kiv_customer_rel WHERE child_customer_no = 1 AND rel_type_id = 'EMPLOYEE'",
     "SELECT * FROM kiv_customer_rel WHERE child_customer_no = 1 AND rel_type_id <> 'EMPLOYEE'",
+    "SELECT * FROM kiv_relation  WHERE rel_type_id <> 'EMPLOYEE' ORDER By description",
 };
 
 // Tables a component statement never touches: who may sign in and with what, what was

@@ -8,7 +8,7 @@
 #include "core/text.h"
 #include "records/c_customer.h"
 #include "screens/related/frm_related_customer.h"
-#include "support/hostile_texts.h"
+#include "hostile_texts.h"
 #include "support/scripted_ui.h"
 #include "temp_database.h"
 
@@ -44,7 +44,7 @@ TEST_F(HostileFamilyMember, EveryNameIsStoredAsTheScreenSentIt) {
   screen.Show();
 
   int added = 0;
-  for (const std::string& text : test::HostileTexts(test::HostileTextCount(24))) {
+  for (const std::string& text : HostileTexts(24, 5)) {
     screen.Perform(ui::Action{ui::ActionKind::Paste, "txtFirstName", text, {}, 0});
     screen.Perform(ui::Action{ui::ActionKind::Paste, "txtLastName", text, {}, 0});
     screen.Perform(ui::Action{ui::ActionKind::Choose, "lstRelationship", "CHILD", {}, 0});

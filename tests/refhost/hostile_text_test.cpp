@@ -23,8 +23,8 @@ TEST(HostileTexts, NoTextThroughAnyTextPathRunsMoreReadsMoreOrChangesRows) {
 class ComponentReads : public TempDatabase {};
 
 TEST_F(ComponentReads, UsersLogsAndSqlitesOwnTablesAreOutOfReach) {
-  for (const char* sql : {"SELECT password FROM kiv_user", "SELECT * FROM kiv_user_permission",
-                          "SELECT c.last_name, u.password FROM kiv_customer c JOIN kiv_user u ON 1 = 1",
+  for (const char* sql : {"SELECT password_hash FROM kiv_user", "SELECT * FROM kiv_user_permission",
+                          "SELECT c.last_name, u.password_hash FROM kiv_customer c JOIN kiv_user u ON 1 = 1",
                           "SELECT * FROM sqlite_master", "SELECT * FROM kiv_error_log", "SELECT * FROM kiv_sequence"}) {
     EXPECT_EQ(Query(sql), nullptr) << sql;
     bool error = false;
@@ -33,7 +33,7 @@ TEST_F(ComponentReads, UsersLogsAndSqlitesOwnTablesAreOutOfReach) {
   }
   // The customer tables stay in reach, and the host itself still reads its users.
   EXPECT_NE(Query("SELECT * FROM kiv_customer"), nullptr);
-  EXPECT_EQ(NzString(Scalar("SELECT password FROM kiv_user WHERE user_id = 'CLERK'")), "pw");
+  EXPECT_EQ(NzString(Scalar("SELECT password_hash FROM kiv_user WHERE user_id = 'CLERK'")).rfind("$argon2", 0), 0u);
 }
 
 }  // namespace

@@ -28,11 +28,11 @@ inline std::vector<std::string> HostileTexts(size_t count, uint32_t seed) {
       "'", "''", "'''", "x'", "x' --", "x'--", "x' #", "' OR '1'='1", "x' OR '1'='1", "' OR 1=1 --", "' OR ''='",
       "x' OR zip <> '", "A-1' OR account_id <> '", "x'; DELETE FROM kiv_customer; --", "x'; DROP TABLE kiv_customer; --",
       "x'; UPDATE kiv_account SET account_balance = 0; --", "x'; INSERT INTO kiv_user (user_id) VALUES ('evil'); --",
-      "x' UNION SELECT 'z', user_id, password, full_name, 'a', 'b' FROM kiv_user WHERE user_id = 'manager' --",
-      "x' UNION SELECT password, 1, 1 FROM kiv_user --", "' UNION SELECT name, sql, type FROM sqlite_master --",
+      "x' UNION SELECT 'z', user_id, password_hash, full_name, 'a', 'b' FROM kiv_user WHERE user_id = 'manager' --",
+      "x' UNION SELECT password_hash, 1, 1 FROM kiv_user --", "' UNION SELECT name, sql, type FROM sqlite_master --",
       "' UNION ALL SELECT description, account_limit, account_balance FROM kiv_account --",
       "x' AND 0 UNION SELECT * FROM kiv_zip_code --", "x'/*", "*/", "/*", "x' /* c */ OR 'a'='a", "x'/**/OR/**/'a'='a",
-      "\\'", "x\\' OR 1=1 --", "%", "_", "%' OR '%'='", "x' || (SELECT password FROM kiv_user) || '",
+      "\\'", "x\\' OR 1=1 --", "%", "_", "%' OR '%'='", "x' || (SELECT password_hash FROM kiv_user) || '",
       "x' AND (SELECT COUNT(*) FROM kiv_user) > 0 AND 'a'='a", "'; ATTACH DATABASE '/tmp/kiv_evil.db' AS evil; --",
       "'; PRAGMA writable_schema = 1; --", "x'; VACUUM INTO '/tmp/kiv_copy.db' --", "x'; BEGIN; --", "x'; COMMIT; --",
       "x\0' OR '1'='1"s, "\0"s, "x'\0"s, "x\0"s, "\xEF\xBC\x87 OR 1=1 --", "\xC0\x27 OR 1=1 --", "\xCA\xBC OR 1=1 --",
@@ -40,12 +40,16 @@ inline std::vector<std::string> HostileTexts(size_t count, uint32_t seed) {
       "x'||'", "' ORDER BY 1 --", "' GROUP BY zip HAVING '1'='1", "05401", "05401'", "05401' --", "05401' OR '1'='1",
       "A-1", "A-1'", "B-2", "\"", "x\" OR \"1\"=\"1", "`", "[", "]", "x' AND load_extension('/tmp/x') --",
       "x' AND randomblob(100) --", "x' AND sqlite_version() --", "\n", "\r\n--", "x';\n", "x' RETURNING *--",
-      "x' IN (SELECT password FROM kiv_user) --", "?", "?1", ":a", "@a", "$a", "x'?", "'+'", "';'", "' ; '",
+      "x' IN (SELECT password_hash FROM kiv_user) --", "?", "?1", ":a", "@a", "$a", "x'?", "'+'", "';'", "' ; '",
       "x' WHERE 1 --", "x' LIMIT 1 OFFSET 0 --", "x'/*' OR 1=1 --*/", "x' -- '\n OR 1=1", "x''; DELETE FROM kiv_zip_code --",
       "x'''; DELETE FROM kiv_zip_code --", "') OR ('1'='1", "x' OR EXISTS(SELECT 1 FROM kiv_user) --",
       "x' UNION SELECT * FROM kiv_zip_code WHERE '1'='1", "x' AND 1=(SELECT 1 FROM kiv_error_log) --",
       "x' OR CAST(1 AS TEXT) = '1", "x' OR x'41' = 'A", "X'00'", "x' OR 0x1 --", "x' OR 1e0 --",
       std::string(100000, 'A'), std::string(20000, '\''), "x' OR '" + std::string(50000, 'z') + "' <> '",
+      // What a broken scanner or a careless paste brings to a field that writes no SQL.
+      "line1\nline2\tTab", "\x1b[2J\x07", "%s%s%s%n", "{0}${PATH}", "../../etc/passwd", "<script>alert(1)</script>",
+      "\xE2\x80\xAE\x6C\x69\x61\x6D\x65", "e\xCC\x81\xCC\x81\xCC\x81", "\xFF\xFE\xC0\xAF", "1e999", "-0", "NaN",
+      "inf", "2147483648", "-2147483649", "99999999999999999999999999", "   ", "q@", "_%[]^\\",
   };
   std::vector<std::string> texts;
   for (const std::string& a : attacks) {
@@ -59,7 +63,7 @@ inline std::vector<std::string> HostileTexts(size_t count, uint32_t seed) {
   const std::vector<std::string> pieces = {"'",     "''",   "\"",   ";",         "--",       "/*",       "*/",
                                            "\\",    "%",    "_",    std::string(1, '\0'), " ", "\n",   "(",
                                            ")",     ",",    "=",    "||",        "UNION",    " SELECT ", " FROM ",
-                                           "kiv_user", "password", " OR ", " AND ", "1",     "x",        "\xC3\xA9",
+                                           "kiv_user", "password_hash", " OR ", " AND ", "1",     "x",        "\xC3\xA9",
                                            "sqlite_master", "A-1", "05401", "?",   "0x",       "e9",       "*"};
   std::mt19937 rng(seed);
   while (texts.size() < count) {
@@ -100,7 +104,7 @@ inline HostileTally RunHostileTexts(const std::string& path, const std::vector<s
   for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(path + suffix);
   auto host = RefHost::Open(path);
   auto db = host->Database();
-  db->Execute("INSERT INTO kiv_user (user_id, full_name, password) VALUES ('CLERK', 'Front Desk', 'pw'), "
+  db->Execute("INSERT INTO kiv_user (user_id, full_name, password_hash) VALUES ('CLERK', 'Front Desk', 'pw'), "
               "('manager', 'Boss', 'SECRET-HASH')");
   db->Execute("INSERT INTO kiv_zip_code (zip, City, State) VALUES ('05401', 'BURLINGTON', 'VT')");
   db->Execute("INSERT INTO kiv_account (account_id, Description, account_limit, account_balance) VALUES "

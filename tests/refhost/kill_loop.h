@@ -91,7 +91,7 @@ inline KillTally RunKillLoop(const std::string& path, int cycles, uint32_t seed,
   for (const char* suffix : {"", "-wal", "-shm"}) fs::remove(path + suffix, ec);
   {
     auto host = RefHost::Open(path);
-    host->Database()->Execute("INSERT INTO kiv_user (user_id, full_name, password) VALUES ('CLERK', 'Clerk', 'pw')");
+    host->Database()->Execute("INSERT INTO kiv_user (user_id, full_name, password_hash) VALUES ('CLERK', 'Clerk', 'pw')");
   }
   std::mt19937 rng(seed);
   std::map<int32_t, int64_t> acked;  // customer -> newest acknowledged token

@@ -29,7 +29,7 @@ inline TwoWriterTally RunTwoWriters(const std::string& path, int rounds, uint32_
   TwoWriterTally tally;
   {
     auto setup = RefHost::Open(path);
-    setup->Database()->Execute("INSERT INTO kiv_user (user_id, full_name, password) VALUES ('CLERK', 'Clerk', 'pw')");
+    setup->Database()->Execute("INSERT INTO kiv_user (user_id, full_name, password_hash) VALUES ('CLERK', 'Clerk', 'pw')");
   }
   Terminal a = Terminal::Open(path), b = Terminal::Open(path);
   auto first = a.NewCustomer("SMITH", "1 MAIN ST");
@@ -92,7 +92,7 @@ inline TwoProcessTally RunTwoProcesses(const std::string& path, int saves_each) 
   int32_t no = 0;
   {
     auto setup = RefHost::Open(path);
-    setup->Database()->Execute("INSERT INTO kiv_user (user_id, full_name, password) VALUES ('CLERK', 'Clerk', 'pw')");
+    setup->Database()->Execute("INSERT INTO kiv_user (user_id, full_name, password_hash) VALUES ('CLERK', 'Clerk', 'pw')");
   }
   {
     Terminal t = Terminal::Open(path);
