@@ -33,6 +33,8 @@ Variant ProcedureCall::In(std::string_view name) const {
 
 bool ProcedureCall::IsNull(std::string_view name) const { return In(name).IsNull(); }
 
+bool ProcedureCall::Assigned(std::string_view name) const { return !values_[IndexOf(name)].IsEmpty(); }
+
 int32_t ProcedureCall::Long(std::string_view name, int32_t if_null) const {
   Variant v = In(name);
   return v.IsNull() ? if_null : v.ToLong();

@@ -36,6 +36,8 @@ class ProcedureCall {
   //! The value passed in (Empty reads as Null). Raises std::logic_error for an undeclared name.
   Variant In(std::string_view name) const;
   bool IsNull(std::string_view name) const;
+  //! False when the caller never assigned the parameter (as opposed to assigning Null).
+  bool Assigned(std::string_view name) const;
   int32_t Long(std::string_view name, int32_t if_null = 0) const;
   double Double(std::string_view name) const;
   bool Bool(std::string_view name) const;

@@ -125,16 +125,24 @@ void GetCustomer(ProcedureCall& call) {
     readings->Remember(ReadingKey(call.Long("@customer_no")), WrittenForms(call.Rows()));
 }
 
+//! A parameter the caller never assigned keeps the stored value: a call that sends only some
+//! fields (the household's new head gets its names and household) must not blank the rest.
+void KeepUnassigned(ProcedureCall& call, int32_t customer_no, std::vector<Variant>& values) {
+  std::string columns;
+  for (const auto& w : kWritten) columns += (columns.empty() ? "" : ", ") + std::string(w.column);
+  auto rows = call.Db().QueryRows("SELECT " + columns + " FROM kiv_customer WHERE customer_no = ?",
+                                  {Variant(customer_no)});
+  if (rows.empty()) return;
+  for (size_t i = 0; i < std::size(kWritten); ++i)
+    if (!call.Assigned(kWritten[i].parameter)) values[i] = rows[0][i];
+}
+
 void UpdateCustomer(ProcedureCall& call) {
   SqliteDatabase& db = call.Db();
-  std::string type = call.Text("@customer_type");
-  if (type.empty()) type = "P";
-  if (type != "P" && type != "C") call.Raise("The customer type must be P (person) or C (company), not '" + type + "'.");
   int32_t customer_no = call.Long("@customer_no");
   const bool inserting = customer_no == 0;
   if (!inserting && !CustomerExists(db, customer_no))
     call.Raise(NoSuchCustomer(customer_no));
-  if (inserting) customer_no = NextSequenceNo(db, "seq_customer_no");
 
   std::vector<Variant> values;
   for (const auto& w : kWritten) {
@@ -142,6 +150,11 @@ void UpdateCustomer(ProcedureCall& call) {
     if (w.is_date) v = DateOrNull(v);
     values.push_back(v);
   }
+  if (!inserting) KeepUnassigned(call, customer_no, values);
+  std::string type = NzString(values[4]);
+  if (type.empty()) type = "P";
+  if (type != "P" && type != "C") call.Raise("The customer type must be P (person) or C (company), not '" + type + "'.");
+  if (inserting) customer_no = NextSequenceNo(db, "seq_customer_no");
   values[4] = Variant(type);
   // Flags the table keeps as NOT NULL read a null as False.
   for (size_t i = 0; i < std::size(kWritten); ++i) {
@@ -152,7 +165,7 @@ void UpdateCustomer(ProcedureCall& call) {
       values[i] = Variant(false);
   }
   // A customer without a household is its own household, and its primary.
-  int32_t household_no = call.Long("@household_no");
+  int32_t household_no = NzLong(values[kHouseholdNo]);
   if (household_no == 0) {
     household_no = customer_no;
     values[kHouseholdNo] = Variant(household_no);

@@ -355,8 +355,13 @@ std::shared_ptr<host::Recordset> SqliteConnection::RunCommand(const char* operat
         }
       if (d >= declared.size()) continue;
       slot[static_cast<size_t>(p)] = static_cast<int>(d);
-      if (declared[d].direction == host::adParamInput || declared[d].direction == host::adParamInputOutput)
-        values[d] = ConvertParameter(declared[d], params.At(static_cast<size_t>(p)).Value());
+      if (declared[d].direction != host::adParamInput && declared[d].direction != host::adParamInputOutput) continue;
+      const SqliteParameter& param = params.At(static_cast<size_t>(p));
+      if (!param.Assigned()) continue;
+      values[d] = ConvertParameter(declared[d], param.Value());
+      // An assigned Empty is a value (Null) to the procedure; only a parameter never assigned
+      // stays Empty, which some procedures read as "leave the stored value".
+      if (param.Assigned() && values[d].IsEmpty()) values[d] = Variant::Null();
     }
     ProcedureCall call(*db_, user_id_, declared, std::move(values));
     call.Return(0);

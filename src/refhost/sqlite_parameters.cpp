@@ -16,6 +16,7 @@ namespace {
 
 void SqliteParameter::SetValue(const Variant& value) {
   value_ = value;
+  assigned_ = true;
   owner_.NoteAssignment(declared_.name, value);
 }
 

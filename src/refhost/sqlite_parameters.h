@@ -24,6 +24,8 @@ class SqliteParameter : public host::Parameter {
   int32_t Size() const override { return declared_.size; }
 
   const ProcedureParam& Declared() const { return declared_; }
+  //! True once the caller has set a value (Empty included) since the list was refreshed.
+  bool Assigned() const { return assigned_; }
   //! Sets the value without counting it as an assignment (outputs after a run).
   void Store(const Variant& value) { value_ = value; }
 
@@ -31,6 +33,7 @@ class SqliteParameter : public host::Parameter {
   SqliteParameters& owner_;
   ProcedureParam declared_;
   Variant value_;
+  bool assigned_ = false;
 };
 
 class SqliteParameters : public host::Parameters {

@@ -114,6 +114,26 @@ TEST_F(ProceduresTest, NewCustomerGetsANumberAndItsOwnHousehold) {
   EXPECT_EQ(Count("kiv_error_log"), 2) << "each failure is reported";
 }
 
+TEST_F(ProceduresTest, AnUpdateKeepsTheStoredValueOfEveryParameterItNeverAssigned) {
+  const int32_t no = SaveCustomer(0, "SMITH", "ANN");
+  db_->Execute("UPDATE kiv_customer SET EMail = 'ann@x.org', Occupation = 'GUIDE', Gender = 'F' WHERE customer_no = ?",
+               {Variant(no)});
+  Rows(Procedure("KIV_SP_GetCustomer", {{"@customer_no", Variant(no)}}));  // this terminal has seen them
+  // Only the names and the household, as a household's new head is sent.
+  ASSERT_TRUE(Run(Procedure("KiV_SP_CUSTOMER_UpdateCustomer", {{"@customer_no", Variant(no)},
+                                                                 {"@last_name", Variant("SMYTHE")},
+                                                                 {"@household_no", Variant(no)},
+                                                                 {"@Occupation", Variant::Null()},
+                                                                 {"@gender", Variant()}})));
+  const std::string where = " FROM kiv_customer WHERE customer_no = " + std::to_string(no);
+  EXPECT_EQ(NzString(Scalar("SELECT last_name" + where)), "SMYTHE");
+  EXPECT_EQ(NzString(Scalar("SELECT first_name" + where)), "ANN");
+  EXPECT_EQ(NzString(Scalar("SELECT EMail" + where)), "ann@x.org");
+  EXPECT_EQ(NzString(Scalar("SELECT customer_type" + where)), "P");
+  EXPECT_EQ(NzString(Scalar("SELECT Occupation" + where)), "") << "a Null sent is a value";
+  EXPECT_EQ(NzString(Scalar("SELECT Gender" + where)), "") << "an Empty sent is a value too";
+}
+
 TEST_F(ProceduresTest, HasFlagsFollowTheActivityTables) {
   int32_t no = SaveCustomer(0, "SMITH", "ANN");
   db_->Execute("INSERT INTO kiv_sales_order (salesorder_no, customer_no) VALUES (10, ?)", {Variant(no)});
