@@ -114,11 +114,12 @@ int TextBox::Room(int start, int length) const {
 void TextBox::Replace(int start, int length, const std::string& text, bool fire_events) {
   int room = Room(start, length);
   std::string with = room < 0 ? text : FirstChars(text, room);
-  std::string next = text_.substr(0, start) + with + text_.substr(start + length);
+  // Edited in place: typing at the end of a long text costs the keystroke, not the text.
+  const bool same = text_.compare(static_cast<size_t>(start), static_cast<size_t>(length), with) == 0;
   sel_start_ = start + static_cast<int>(with.size());
   sel_length_ = 0;
-  if (next == text_) return;
-  text_ = std::move(next);
+  if (same) return;
+  text_.replace(static_cast<size_t>(start), static_cast<size_t>(length), with);
   data_changed_ = true;
   if (fire_events) FireChange();
 }
