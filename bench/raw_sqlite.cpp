@@ -295,11 +295,16 @@ RawSaveRow::~RawSaveRow() {
 
 void RawSaveCustomer(RawSqlite& raw, const RawSaveRow& row, const std::string& comment, const std::string& user,
                      const std::string& now) {
+  // The customer and its addresses are one unit of work: one transaction, as the host runs it.
   raw.Run("BEGIN IMMEDIATE");
   {
     sqlite3_stmt* exists = raw.Statement("SELECT 1 FROM kiv_customer WHERE customer_no = ?");
     sqlite3_bind_int(exists, 1, row.customer_no);
     raw.Drain(exists);
+    // The stored row, read to keep another terminal's change.
+    sqlite3_stmt* stored = raw.Statement(WrittenColumnsQuery());
+    sqlite3_bind_int(stored, 1, row.customer_no);
+    raw.Drain(stored);
     sqlite3_stmt* stmt = raw.Statement(UpdateCustomerSql());
     int index = 1;
     for (size_t c = 0; c < row.customer.size(); ++c, ++index) {
@@ -313,11 +318,14 @@ void RawSaveCustomer(RawSqlite& raw, const RawSaveRow& row, const std::string& c
     sqlite3_bind_int(stmt, index, row.customer_no);
     Finish(raw, stmt);
   }
-  raw.Run("COMMIT");
   for (const auto& address : row.addresses) {
     const int32_t address_no = sqlite3_value_int(address[0]);
     const bool primary = std::string(reinterpret_cast<const char*>(sqlite3_value_text(address[1]))) == "PRIMARY";
-    raw.Run("BEGIN IMMEDIATE");
+    sqlite3_stmt* stored = raw.Statement(
+        "SELECT address_type, Name, Address_1, Address_2, City, State, Zip, Country_ID, Phone, Fax FROM kiv_address "
+        "WHERE address_no = ?");
+    sqlite3_bind_int(stored, 1, address_no);
+    raw.Drain(stored);
     sqlite3_stmt* exists = raw.Statement("SELECT 1 FROM kiv_customer WHERE customer_no = ?");
     sqlite3_bind_int(exists, 1, row.customer_no);
     raw.Drain(exists);
@@ -343,8 +351,8 @@ void RawSaveCustomer(RawSqlite& raw, const RawSaveRow& row, const std::string& c
       sqlite3_bind_int(others, 1, address_no);
       Finish(raw, others);
     }
-    raw.Run("COMMIT");
   }
+  raw.Run("COMMIT");
 }
 
 std::string RawZipLookUp(RawSqlite& raw, const std::string& zip) {

@@ -1,5 +1,6 @@
 // Procedures of the customer row: read with its has-flags, insert or update, delete (or
 // refuse to while activity refers to the customer), and the stored has-flags.
+#include <algorithm>
 #include <string>
 
 #include "host/host_error.h"
@@ -128,6 +129,9 @@ void GetCustomer(ProcedureCall& call) {
 //! A parameter the caller never assigned keeps the stored value: a call that sends only some
 //! fields (the household's new head gets its names and household) must not blank the rest.
 void KeepUnassigned(ProcedureCall& call, int32_t customer_no, std::vector<Variant>& values) {
+  const bool all_sent =
+      std::all_of(std::begin(kWritten), std::end(kWritten), [&](const auto& w) { return call.Assigned(w.parameter); });
+  if (all_sent) return;
   std::string columns;
   for (const auto& w : kWritten) columns += (columns.empty() ? "" : ", ") + std::string(w.column);
   auto rows = call.Db().QueryRows("SELECT " + columns + " FROM kiv_customer WHERE customer_no = ?",
