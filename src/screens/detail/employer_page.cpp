@@ -7,7 +7,6 @@
 #include "host/db_patterns.h"
 #include "records/c_customer.h"
 #include "screens/detail/frm_customer_detail.h"
-#include "screens/detail/page_guard.h"
 #include "screens/kit/grid_fill.h"
 
 namespace kiv {
@@ -214,7 +213,7 @@ void EmployerPage::CellEdited(frmCustomerDetail& screen, int grid_row, int col) 
 
 bool EmployerPage::Save(frmCustomerDetail& screen) {
   bool saved = false;
-  GuardPage(screen, "SaveEmployerData", [&] { saved = WriteLinks(screen); });
+  screen.Guard("SaveEmployerData", [&] { saved = WriteLinks(screen); });
   return saved;
 }
 

@@ -8,7 +8,6 @@
 #include "records/c_customer.h"
 #include "screens/detail/frm_customer_detail.h"
 #include "screens/detail/household_page.h"
-#include "screens/detail/page_guard.h"
 
 namespace kiv {
 
@@ -34,7 +33,7 @@ bool Refused(frmCustomerDetail& screen, host::ProcedureCall& call) {
 
 bool HouseholdPage::Save(frmCustomerDetail& screen) {
   bool saved = false;
-  GuardPage(screen, "SaveRelationshipData", [&] { saved = WriteHousehold(screen); });
+  screen.Guard("SaveRelationshipData", [&] { saved = WriteHousehold(screen); });
   return saved;
 }
 

@@ -24,13 +24,15 @@ void Screen::TakeHostObjects(CCustEngine& engine) {
   SetCustomerEngine(&engine);
 }
 
-void Screen::Guard(const std::string& routine, const std::function<void()>& body) {
+bool Screen::Guard(const std::string& routine, const std::function<void()>& body) {
   try {
     body();
+    return true;
   } catch (...) {
     const host::TrappedError failure = host::CurrentFailure(kErrInvalidCall);
     host::ReportQuietly(error_object_.get(), failure.number, error_source_ + " " + routine, failure.description,
                         FailedCommand());
+    return false;
   }
 }
 

@@ -47,6 +47,11 @@ class Screen : public ui::Form {
   //! True while code (not the clerk) is writing the controls.
   bool Filling() const { return filling_; }
 
+  //! Runs `body`; an unexpected failure is reported quietly through the error object with
+  //! the source "<ErrorSource> <routine>", and the handler ends normally. False when it
+  //! failed. Pages of a screen run their routines under it too.
+  bool Guard(const std::string& routine, const std::function<void()>& body);
+
  protected:
   //! Sets the filling flag for one scope and puts the old value back.
   class FillingScope {
@@ -61,9 +66,6 @@ class Screen : public ui::Form {
     bool was_;
   };
 
-  //! Runs `body`; an unexpected failure is reported quietly through the error object with
-  //! the source "<ErrorSource> <routine>", and the handler ends normally.
-  void Guard(const std::string& routine, const std::function<void()>& body);
   //! `body` guarded under the routine name "<control>_<event>" ("cmdOk_Click").
   std::function<void()> Guarded(const ui::Control& control, const char* event, std::function<void()> body);
   void OnClick(ui::Control& control, std::function<void()> body);
