@@ -51,7 +51,9 @@ fuzz:
 STRESS_ARGS ?=
 stress: configure
 	@cmake --build $(BUILD) --target kiv_stress -j $(JOBS)
-	@$(BUILD)/stress/kiv_stress $(STRESS_ARGS)
+	@$(BUILD)/stress/kiv_stress --fuzz-results build-fuzz/fuzz-results.tsv $(STRESS_ARGS)
+	@cmake --build $(BUILD) --target refhost_tests -j $(JOBS)
+	@KIV_HOSTILE_TEXTS=500 $(BUILD)/tests/refhost_tests --gtest_filter='HostileForms*' --gtest_brief=1
 
 clean:
 	rm -rf build build-sanitize build-bench build-fuzz

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,8 @@ struct Options {
   size_t texts = 5000;
   uint32_t seed = 1;
   std::string dir = std::filesystem::temp_directory_path().string();
+  //! What the last `make fuzz` wrote: one "target seconds executions crashes" line a target.
+  std::string fuzz_results;
 };
 
 Options Parse(int argc, char** argv) {
@@ -48,6 +51,7 @@ Options Parse(int argc, char** argv) {
     else if (flag == "--texts") o.texts = static_cast<size_t>(value);
     else if (flag == "--seed") o.seed = static_cast<uint32_t>(value);
     else if (flag == "--dir") o.dir = argv[i + 1];
+    else if (flag == "--fuzz-results") o.fuzz_results = argv[i + 1];
   }
   return o;
 }
@@ -115,7 +119,18 @@ int main(int argc, char** argv) {
                    hostile.extra_statements == 0 && hostile.unexpected_reads == 0 && hostile.row_changes == 0, s});
   for (const std::string& example : hostile.examples) std::fprintf(stderr, "hostile text got through: %s\n", example.c_str());
 
-  // Further parts of the harness (the fuzzers' executions) add their rows here, one Row each.
+  // The fuzzers run apart (`make fuzz`, clang only); their last results join the table.
+  std::ifstream fuzz(o.fuzz_results);
+  std::string target, seconds, executions, crashes;
+  bool any_fuzz = false;
+  while (fuzz >> target >> seconds >> executions >> crashes) {
+    any_fuzz = true;
+    table.push_back({"fuzz " + target + " (last make fuzz)", executions + " executions in " + seconds + " s",
+                     crashes + " crashes", crashes == "0", 0.0});
+  }
+  if (!any_fuzz)
+    std::fprintf(stderr, "no fuzz results at '%s': run `make fuzz` first to add the fuzzers' rows\n",
+                 o.fuzz_results.c_str());
 
   bool all = true;
   std::printf("%-40s %-58s %-55s %8s %s\n", "part", "runs", "failures", "seconds", "result");
