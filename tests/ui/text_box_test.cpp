@@ -32,6 +32,22 @@ TEST_F(TextBoxTest, TypingRunsKeyPressThenInsertsAtTheCaretReplacingTheSelection
   EXPECT_EQ(log, (std::vector<std::string>{"KeyPress x", "Change AxD @2", "KeyPress y", "Change AxyD @3"}));
 }
 
+TEST_F(TextBoxTest, TypingAtTheEndGrowsTheTextInPlaceInsteadOfCopyingItPerKey) {
+  // A copy of the whole text per keystroke makes typing a long text quadratic; edited in
+  // place, the text moves only when its buffer grows, a handful of times for thousands of keys.
+  box.on_change = nullptr;
+  box.on_key_press = nullptr;
+  int moves = 0;
+  const char* buffer = box.Text().data();
+  for (int i = 0; i < 4000; ++i) {
+    Type("a");
+    if (box.Text().data() != buffer) ++moves;
+    buffer = box.Text().data();
+  }
+  EXPECT_EQ(box.Text().size(), 4000u);
+  EXPECT_LT(moves, 40);
+}
+
 TEST_F(TextBoxTest, KeyPressCanSwallowOrReplaceTheCharacter) {
   box.on_key_press = [](int& k) {
     if (k >= '0' && k <= '9') k = 0;
