@@ -141,17 +141,21 @@ class HostileForms : public ::testing::Test {
     return shapes;
   }
 
-  //! Runs `act` with each text in each text control the form shows, after a learning run
-  //! with `plain`; every statement must have a shape the plain run had, and the database
-  //! must stay as it was but for the customer `edited`.
-  void Walk(ui::Form& form, const std::string& plain, int32_t edited, const std::function<void()>& act) {
+  //! Runs `act` with each text in each text control the form shows, after learning runs with
+  //! the `plain` texts (one the field takes, whether it wants letters or digits); every
+  //! statement must have a shape a plain run had, and the database must stay as it was but
+  //! for the customer `edited`.
+  void Walk(ui::Form& form, const std::vector<std::string>& plains, int32_t edited, const std::function<void()>& act) {
     for (const std::string& name : TextControls(form.Describe())) {
       ui::Control* c = form.Find(name);
       if (c == nullptr || !c->IsEffectivelyVisible() || !c->IsEffectivelyEnabled()) continue;
       ++fields_;
-      form.Perform(ui::Action{ui::ActionKind::Paste, name, plain, {}, 0});
-      act();
+      for (const std::string& plain : plains) {
+        form.Perform(ui::Action{ui::ActionKind::Paste, name, plain, {}, 0});
+        act();
+      }
       std::set<std::string> known = TakeShapes();
+      const std::string& plain = plains.front();
       const std::string before = Contents(edited);
       for (const std::string& text : texts_) {
         form.Perform(ui::Action{ui::ActionKind::Paste, name, text, {}, 0});
@@ -181,7 +185,7 @@ TEST_F(HostileForms, TheSearchScreenRunsOnlyItsOwnStatementsAndChangesNothing) {
   ui_->OnModal([this](ui::Form& form) {
     for (const char* tab : {"Person", "Company", "Advanced", "Club"}) {
       form.Perform(ui::Action{ui::ActionKind::Click, "tabFind", tab, {}, 0});
-      Walk(form, "SM", 0, [&] {
+      Walk(form, {"SM", "12"}, 0, [&] {
         form.Perform(ui::Action{ui::ActionKind::Click, "cmdFind", "", {}, 0});
         form.Perform(ui::Action{ui::ActionKind::Click, "cmdNewSearch", "", {}, 0});
       });
@@ -201,7 +205,7 @@ TEST_F(HostileForms, TheDetailEditorSavesOnlyItsCustomerAndRunsOnlyItsOwnStateme
       "c.customer_no LIMIT 1"));
   ASSERT_GT(alone, 0);
   ui_->OnModal([this, alone](ui::Form& form) {
-    Walk(form, "05401", alone, [&] { form.Perform(ui::Action{ui::ActionKind::Click, "cmdSave", "", {}, 0}); });
+    Walk(form, {"05401"}, alone, [&] { form.Perform(ui::Action{ui::ActionKind::Click, "cmdSave", "", {}, 0}); });
     form.Perform(ui::Action{ui::ActionKind::Close, "", "", {}, 0});
   });
   CCustEngine::ShowCustomerArgs args;
