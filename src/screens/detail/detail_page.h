@@ -55,6 +55,9 @@ class DetailPage {
   //! One of the page buttons was clicked while the page is active: 1 to 3 for cmdButton1..3,
   //! 4 for cmdEmployeerLookup, 5 for cmdEmployerClear.
   virtual void ButtonClicked(frmCustomerDetail&, int) {}
+  //! "View CC Data" was switched: a page with card columns shows the full or the masked
+  //! column. Runs for every page, shown or not, so a page loaded later starts in step.
+  virtual void ShowCardData(frmCustomerDetail&, bool) {}
 };
 
 }  // namespace kiv

@@ -178,10 +178,14 @@ void frmCustomerDetail::WireCommands() {
     }
     if (open_alerts) open_alerts(*this);
   });
+  // The check mark is the one record of whether card data is shown; each page follows it.
+  OnClick(mnuToolsViewCCData, [this] {
+    mnuToolsViewCCData.SetChecked(!mnuToolsViewCCData.Checked());
+    for (const auto& page : pages_) page->ShowCardData(*this, mnuToolsViewCCData.Checked());
+  });
   // The menu commands that other parts of the component fill in.
   const std::pair<ui::MenuItem*, std::function<void(frmCustomerDetail&)>*> hooks[] = {
       {&mnuToolsExportPhoto, &export_photo},
-      {&mnuToolsViewCCData, &view_cc_data},
       {&mnuReportsForecastReport, &forecast_report},
       {&mnuReportRentalContract, &rental_contract_report},
   };

@@ -119,7 +119,6 @@ class frmCustomerDetail : public Screen {
   // ---- menu commands that other parts of the component fill in ----
   std::function<void(frmCustomerDetail&)> open_alerts;
   std::function<void(frmCustomerDetail&)> export_photo;
-  std::function<void(frmCustomerDetail&)> view_cc_data;
   std::function<void(frmCustomerDetail&)> forecast_report;
   std::function<void(frmCustomerDetail&)> rental_contract_report;
   //! The related-customer screen over the household's head; true when a member was added.
