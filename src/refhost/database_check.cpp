@@ -19,6 +19,10 @@ namespace {
   throw HostError(kErrOpen, "Cannot use the database file '" + path + "': " + why);
 }
 
+// The tables the first version already had; an older file must hold them all.
+const std::set<std::string> kTablesOfEveryVersion = {"KIV_SYSTEM_PARM", "KIV_SEQUENCE", "KIV_CUSTOMER", "KIV_ADDRESS",
+                                                     "KIV_CUSTOMER_ADDRESS", "KIV_USER", "KIV_USER_PERMISSION"};
+
 // The tables schema.sql creates, in capitals.
 std::set<std::string> SchemaTables() {
   std::set<std::string> tables;
@@ -71,15 +75,15 @@ void CheckCustomerFile(sqlite3* db, const std::string& path) {
     Refuse(path, "its schema version " + std::to_string(version) + " is newer than this program understands (version " +
                      std::to_string(kSchemaVersion) + "). Use a newer program.");
   if (version == 0) Refuse(path, "it is not a customer database (it holds other tables).");
-  // Version 1 is upgraded once the file has passed these checks.
-  if (version != kSchemaVersion && version != 1)
-    Refuse(path, "its schema version " + std::to_string(version) + " is older than this program can upgrade.");
-
+  // An older file is upgraded once it has passed these checks; the upgrade adds the tables
+  // of later versions, so only those every version has are required of it.
   std::set<std::string> present;
   for (const std::string& t : tables) present.insert(UCase(t));
   std::string missing;
-  for (const std::string& t : SchemaTables())
+  for (const std::string& t : SchemaTables()) {
+    if (version < kSchemaVersion && kTablesOfEveryVersion.count(t) == 0) continue;
     if (present.count(t) == 0) missing += (missing.empty() ? "" : ", ") + LCase(t);
+  }
   if (!missing.empty()) Refuse(path, "it is not a whole customer database (missing: " + missing + ").");
 
   std::vector<std::string> check = ReadTexts(db, path, "PRAGMA quick_check(5)");

@@ -3,6 +3,7 @@
 
 #include "host/host_error.h"
 #include "refhost/password_hash.h"
+#include "refhost/schema_upgrade.h"
 
 namespace kiv::refhost {
 
@@ -22,6 +23,15 @@ void UpgradeFromVersion1(SqliteDatabase& db) {
   db.ExecScript("PRAGMA secure_delete = OFF;");
 }
 
+// Every later version only adds tables, columns, indexes and sequences.
+void UpgradeFromVersion2(SqliteDatabase& db) {
+  Transaction transaction(db, true);
+  int64_t version = NzLong(db.QueryValue("PRAGMA user_version"));
+  if (version == kSchemaVersion) return;  // another program upgraded it
+  AddWhatTheSchemaLacks(db);
+  transaction.Commit();
+}
+
 }  // namespace
 
 void EnsureSchema(SqliteDatabase& db) {
@@ -33,7 +43,11 @@ void EnsureSchema(SqliteDatabase& db) {
                                   std::to_string(kSchemaVersion) + "). Use a newer program.");
   }
   if (version == kSchemaVersion) return;
-  if (version == 1) return UpgradeFromVersion1(db);
+  if (version == 1) {
+    UpgradeFromVersion1(db);
+    version = 2;
+  }
+  if (version >= 2) return UpgradeFromVersion2(db);
   if (version != 0) {
     throw HostError(kErrOpen, where + "its schema version " + std::to_string(version) +
                                   " is older than this program can upgrade.");

@@ -1,4 +1,5 @@
--- Customer database of the reference host, schema version 1.
+-- Customer database of the reference host. A later version only adds tables, columns,
+-- indexes and sequences here: an older file is brought up to date by comparison on open.
 -- Created on first open; the version is kept in PRAGMA user_version (last statement).
 -- Declared column types carry the field metadata the component sees: VARCHAR(n) is text of
 -- size n, NUMERIC(p,s) exact numeric, MONEY currency, BIT Boolean, DATETIME ISO text.
@@ -377,4 +378,4 @@ CREATE TABLE kiv_error_log (
 INSERT INTO kiv_sequence (sequence_name, last_no) VALUES
   ('seq_customer_no', 0), ('seq_address_no', 0), ('seq_forecast_no', 0), ('seq_salesorder_no', 0);
 
-PRAGMA user_version = 2;
+PRAGMA user_version = 3;

@@ -107,6 +107,36 @@ TEST_F(RefHostFiles, AVersion1FileHasItsPasswordsHashedOnOpen) {
   EXPECT_EQ(bytes.str().find("sesame-4711"), std::string::npos);
 }
 
+TEST_F(RefHostFiles, AnOlderFileGetsWhatLaterVersionsAddedAndKeepsItsRows) {
+  RefHost::Open(path_);
+  RawExec(path_,
+          "DROP TABLE kiv_club_member; ALTER TABLE kiv_customer_group DROP COLUMN Description; "
+          "DROP INDEX ix_customer_zip; DELETE FROM kiv_sequence WHERE sequence_name = 'seq_forecast_no'; "
+          "UPDATE kiv_sequence SET last_no = 41 WHERE sequence_name = 'seq_customer_no'; "
+          "INSERT INTO kiv_customer_group (customer_group_id) VALUES ('SKICLUB'); PRAGMA user_version = 2");
+  {
+    auto db = RefHost::Open(path_)->Database();
+    EXPECT_EQ(NzLong(db->QueryValue("PRAGMA user_version")), kSchemaVersion);
+    EXPECT_EQ(NzLong(db->QueryValue("SELECT COUNT(*) FROM sqlite_master WHERE name IN "
+                                    "('kiv_club_member', 'ix_club_member_customer', 'ix_customer_zip')")),
+              3);
+    EXPECT_EQ(db->QueryValue("SELECT customer_group_id || '/' || IFNULL(Description, '-') FROM kiv_customer_group")
+                  .ToString(),
+              "SKICLUB/-");
+    EXPECT_EQ(NzLong(db->QueryValue("SELECT last_no FROM kiv_sequence WHERE sequence_name = 'seq_customer_no'")), 41)
+        << "a sequence the file has keeps its number";
+    EXPECT_EQ(NzLong(db->QueryValue("SELECT COUNT(*) FROM kiv_sequence WHERE sequence_name = 'seq_forecast_no'")), 1);
+  }
+  RawExec(path_, "PRAGMA user_version = 2");
+  EXPECT_NO_THROW(RefHost::Open(path_)) << "a file with nothing to add is only stamped";
+}
+
+TEST_F(RefHostFiles, AnOlderFileWithoutTheCustomerTablesIsRefused) {
+  RefHost::Open(path_);
+  RawExec(path_, "DROP TABLE kiv_customer_address; PRAGMA user_version = 2");
+  EXPECT_NE(OpenFailure(path_).find("missing: kiv_customer_address"), std::string::npos);
+}
+
 class RefHostServices : public TempDatabase {};
 
 TEST_F(RefHostServices, UsersSignInByIdAndKeepTheirPasswordInMemoryOnly) {
