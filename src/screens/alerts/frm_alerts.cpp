@@ -34,12 +34,12 @@ frmAlerts::frmAlerts()
       cmdOk(Add<ui::CommandButton>("cmdOk", "OK")),
       cmdCancel(Add<ui::CommandButton>("cmdCancel", "Cancel")) {
   SetCaption("Customer Alerts & Settings");
-  tabAlerts.AddTab("Alerts", "Alerts");
-  tabAlerts.AddTab("Child", "Child Contact && Rental");
+  tabAlerts.AddTab(kAlertsTab, "Alerts");
+  tabAlerts.AddTab(kChildTab, "Child Contact && Rental");
   for (ui::TextBox* note : {&txtAllergies, &txtMedications, &txtSpecialNeeds}) note->SetMultiLine(true);
   cmdCancel.SetCancel(true);
-  ShowPanel(0);
-  OnClick(tabAlerts, [this] { ShowPanel(tabAlerts.SelectedIndex()); });
+  ShowPanel(kAlertsTab);
+  OnClick(tabAlerts, [this] { ShowPanel(tabAlerts.SelectedKey()); });
   OnClick(cmdOk, [this] {
     if (SaveAlerts()) Hide();
   });
@@ -49,9 +49,9 @@ frmAlerts::frmAlerts()
   };
 }
 
-void frmAlerts::ShowPanel(int index) {
-  picTab0.SetVisible(index != 1);
-  picTab1.SetVisible(index == 1);
+void frmAlerts::ShowPanel(const std::string& tab_key) {
+  picTab0.SetVisible(tab_key != kChildTab);
+  picTab1.SetVisible(tab_key == kChildTab);
 }
 
 void frmAlerts::AllowChildContact(bool allowed) {

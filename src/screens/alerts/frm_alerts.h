@@ -20,6 +20,9 @@ class CCustomer;
 class frmAlerts : public Screen {
  public:
   static constexpr const char* kAlertProcedure = "KIV_SP_CUSTOMER_CUSTOMER_ALERT_get";
+  //! Keys of the two tabs of tabAlerts: picTab0 shows the alerts, picTab1 the child contact.
+  static constexpr const char* kAlertsTab = "Alerts";
+  static constexpr const char* kChildTab = "Child";
 
   frmAlerts();
 
@@ -60,7 +63,7 @@ class frmAlerts : public Screen {
   ui::CommandButton& cmdCancel;
 
  private:
-  void ShowPanel(int index);
+  void ShowPanel(const std::string& tab_key);
 
   std::shared_ptr<CCustomer> customer_;
   bool canceled_ = true;
