@@ -48,7 +48,7 @@ TEST(About, SystemInformationIsShownOnRequest) {
   ASSERT_TRUE(r.ok) << r.error;
   EXPECT_TRUE(rig.screen.txtSystemInfo.Visible());
   const std::string info = rig.screen.txtSystemInfo.Text();
-  for (const char* line : {"Operating system: ", "Processors: ", "Word size: ", "Compiler: ", "Language: C++ "})
+  for (const char* line : {"Operating system: ", "Processors: ", "Word size: ", "Compiler: ", "Language: C++2"})
     EXPECT_NE(info.find(line), std::string::npos) << line;
 }
 

@@ -91,7 +91,7 @@ std::string frmAbout::SystemInformation() {
   return std::string("Operating system: ") + PlatformName() + "\r\n" +
          "Processors: " + (processors == 0 ? std::string("unknown") : std::to_string(processors)) + "\r\n" +
          "Word size: " + std::to_string(sizeof(void*) * 8) + " bit\r\n" + "Compiler: " + CompilerName() + "\r\n" +
-         "Language: C++ " + std::to_string(__cplusplus / 100);
+         "Language: C++" + std::to_string(__cplusplus / 100 % 100);
 }
 
 }  // namespace kiv
