@@ -128,7 +128,7 @@ void AddDemoDuplicates(sqlite3* db, uint64_t seed) {
                  "INSERT INTO kiv_customer (customer_no, full_name, first_name, last_name, customer_type, customer_kind, "
                  "Gender, Zip, status_id, DOB, household_primary, household_no, Customer_Level_ID, EMail, cell_phone, "
                  "account_id, created_by, create_date) SELECT ?1, trim(?2 || ' ' || last_name), ?2, last_name, 'P', "
-                 "customer_kind, Gender, ?3, 'ACTIVE', DOB, 0, ?1, Customer_Level_ID, EMail, cell_phone, ?4, 'demo', "
+                 "customer_kind, Gender, ?3, 'ACTIVE', DOB, 1, ?1, Customer_Level_ID, EMail, cell_phone, ?4, 'demo', "
                  "'2025-11-02 00:00:00' FROM kiv_customer WHERE customer_no = ?5");
   Statement address(db,
                     "INSERT INTO kiv_address (address_no, address_type, Name, Address_1, Address_2, City, State, Zip, "

@@ -10,6 +10,7 @@
 #include "refhost/customer_merge.h"
 #include "refhost/procedure_helpers.h"
 #include "refhost/procedure_registry.h"
+#include "refhost/procedure_sql.h"
 #include "refhost/sqlite_database.h"
 
 namespace kiv::refhost {
@@ -53,7 +54,8 @@ class Merge {
       case MergeRule::Link: {
         const std::string partner = Quoted(c.partner);
         Run("UPDATE OR IGNORE " + t + " SET " + col + " = ?1 WHERE " + col + " = ?2 AND " + partner + " <> ?1");
-        return Run("DELETE FROM " + t + " WHERE " + col + " = ?2");
+        Run("DELETE FROM " + t + " WHERE " + col + " = ?2");
+        return DropRepeatedLinks(c.table, col);
       }
       case MergeRule::CardSequence:
       case MergeRule::ImageSequence: {
@@ -76,6 +78,18 @@ class Merge {
 
  private:
   void Run(const std::string& sql) { db_.Execute(sql, keys_); }
+
+  //! A link both customers had (same partner, same kind) is kept once.
+  void DropRepeatedLinks(const std::string& table, const std::string& col) {
+    const std::string t = Quoted(table);
+    std::string same;
+    for (const auto& info : db_.QueryRows("PRAGMA table_info(" + t + ")")) {
+      const std::string q = Quoted(NzString(info[1]));
+      same += " AND a." + q + " IS b." + q;
+    }
+    Run("DELETE FROM " + t + " WHERE rowid IN (SELECT a.rowid FROM " + t + " a JOIN " + t + " b ON a.rowid > b.rowid" +
+        same + " WHERE a." + col + " = ?1)");
+  }
 
   void MoveAddresses(const std::string& t, const std::string& col) {
     // The dropped addresses go with their link unless another customer still uses them.
@@ -158,6 +172,13 @@ void Dedup(ProcedureCall& call) {
                             std::to_string(from) + "; nothing was changed.");
   }
   db.Execute("RELEASE customer_merge");
+  // The survivor's stored flags now answer for both.
+  auto flags = db.QueryRows(std::string("SELECT ") + kHasFlagColumns + " FROM kiv_customer c WHERE c.customer_no = ?",
+                            {Variant(to)});
+  if (!flags.empty())
+    db.Execute("UPDATE kiv_customer SET has_willcall = ?, has_reservation = ?, has_so = ?, has_club = ?, "
+               "has_relationship = ? WHERE customer_no = ?",
+               {flags[0][0], flags[0][1], flags[0][2], flags[0][3], flags[0][4], Variant(to)});
   db.Execute("INSERT INTO kiv_activity_log (logged_at, user_id, task_code, screen, detail) VALUES (?, ?, ?, ?, ?)",
              {Variant(db.Now()), Variant(call.User()), Variant("CUSTDEDUP"), Variant("Merge Customer"),
               Variant("FROM=" + std::to_string(from) + ";FN=" + from_name + ";TO=" + std::to_string(to) +

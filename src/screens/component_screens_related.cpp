@@ -2,6 +2,7 @@
 // and the about box, each shown modally over its opener with the opener's host objects.
 #include <memory>
 
+#include "engine/c_cust_engine.h"
 #include "records/c_customer.h"
 #include "screens/about/frm_about.h"
 #include "screens/account/frm_account_info.h"
@@ -45,8 +46,12 @@ auto ShowOver(Screen& owner, Prepare prepare, Outcome outcome) {
 }  // namespace
 
 bool ComponentScreens::ShowDeDup(Screen& owner) {
-  return ShowOver<frmDeDup>(
+  const bool merged = ShowOver<frmDeDup>(
       owner, [](frmDeDup& s) { s.Load(); }, [](frmDeDup& s) { return s.Merged(); });
+  // The survivor, its household and everyone linked to the merged customer changed under
+  // any record the engine keeps: a stale survivor saved later would undo the merge.
+  if (merged && owner.CustomerEngine() != nullptr) owner.CustomerEngine()->ForgetCachedCustomers();
+  return merged;
 }
 
 bool ComponentScreens::ShowAccountInfo(Screen& owner, const std::shared_ptr<CCustomer>& customer) {

@@ -76,7 +76,7 @@ TEST_F(CustomerMerge, EverythingOfTheMergedCustomerMovesToTheSurvivor) {
                "('GOLF', 3), ('SKI', 1)");
   db_->Execute("INSERT INTO kiv_club_member (club_id, customer_no, member_id) VALUES ('C1', 3, 'M3')");
   db_->Execute("INSERT INTO kiv_customer_rel (parent_customer_no, child_customer_no, rel_type_id) VALUES "
-               "(3, 4, 'CHILD'), (3, 1, 'SPOUSE')");
+               "(3, 4, 'CHILD'), (3, 1, 'SPOUSE'), (1, 4, 'CHILD')");
   db_->Execute("INSERT INTO kiv_customer_employer (customer_no, fiscal_year, employer_customer_no) VALUES (3, 2026, 5)");
   db_->Execute("INSERT INTO kiv_customer_profile (CUSTOMER_NO, shirt_size, lesson_count) VALUES (1, 'M', NULL), "
                "(3, 'XL', 4)");
@@ -92,6 +92,8 @@ TEST_F(CustomerMerge, EverythingOfTheMergedCustomerMovesToTheSurvivor) {
   EXPECT_EQ(Number("SELECT COUNT(*) FROM kiv_customer WHERE customer_no = 3"), 0);
 
   EXPECT_EQ(Number("SELECT COUNT(*) FROM kiv_sales_order WHERE customer_no = 1"), 1);
+  EXPECT_EQ(Number("SELECT has_reservation + has_so + has_willcall FROM kiv_customer WHERE customer_no = 1"), 3)
+      << "the survivor's flags answer for what it inherited";
   EXPECT_EQ(Number("SELECT for_customer_no FROM kiv_sales_order WHERE salesorder_no = 51"), 1);
   for (const char* table : {"kiv_invoice", "kiv_reservation", "kiv_access_product", "kiv_will_call",
                             "kiv_customer_forecast", "kiv_club_member", "kiv_customer_alert"})
@@ -105,6 +107,7 @@ TEST_F(CustomerMerge, EverythingOfTheMergedCustomerMovesToTheSurvivor) {
   // The household member follows into the survivor's household; the link between the two
   // duplicates themselves is gone rather than pointing at itself.
   EXPECT_EQ(Number("SELECT household_no FROM kiv_customer WHERE customer_no = 4"), 1);
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM kiv_customer_rel WHERE child_customer_no = 4"), 1) << "once, not twice";
   EXPECT_EQ(Number("SELECT parent_customer_no FROM kiv_customer_rel WHERE child_customer_no = 4"), 1);
   EXPECT_EQ(Number("SELECT COUNT(*) FROM kiv_customer_rel WHERE parent_customer_no = child_customer_no"), 0);
   EXPECT_EQ(Number("SELECT employer_customer_no FROM kiv_customer_employer WHERE customer_no = 1"), 5);

@@ -172,5 +172,34 @@ TEST(DeDup, ARefusalOrANullReturnValueIsAFailureUnderItsTitle) {
   EXPECT_EQ(ok.find.ui->Boxes().size(), 2u);
 }
 
+TEST(DeDup, AMergeFromTheSearchScreenForgetsEveryCachedCustomer) {
+  for (bool yes : {false, true}) {
+    test::FindRig rig;
+    rig.host.OnProcedure("KIV_SP_GetCustomer").Once().Row(CustomerRow(31));
+    rig.host.OnProcedure("KIV_SP_GetCustomer").Once().Row(CustomerRow(7));
+    rig.host.OnProcedure(kMerge).Params(kWithReturn).ReturnValue(0);
+    size_t cached_before_closing = 0;
+    rig.ui->OnModal([&](ui::Form& form) {
+      ASSERT_EQ(form.Name(), "frmDeDup");
+      for (const char* step : {"txtFromCustomer=31", "txtToCustomer=7"}) {
+        std::string field(step, std::string(step).find('='));
+        form.Perform(ui::Action{ActionKind::Type, field, std::string(step).substr(field.size() + 1), {}, 0});
+        form.Perform(ui::Action{ActionKind::Key, field, "Enter", {}, 0});
+      }
+      cached_before_closing = rig.engine.CacheCount();
+      rig.ui->Answer(ui::vbYes).Answer(yes ? ui::vbYes : ui::vbNo);
+      form.Perform(ui::Action{ActionKind::Click, "cmdOK", {}, {}, 0});
+      if (form.Visible()) form.Perform(ui::Action{ActionKind::Click, "cmdCancel", {}, {}, 0});
+    });
+    rig.screen->open_dedup = [](frmFind& owner) { ComponentScreens::ShowDeDup(owner); };
+    rig.Open();
+    rig.Do(ActionKind::Click, "mnuDeDup");
+    EXPECT_EQ(rig.ui->ModalForms(), std::vector<std::string>{"frmDeDup"});
+    EXPECT_EQ(cached_before_closing, 2u) << "the two customers came through the engine";
+    // A survivor kept from before the merge, saved later, would undo what the merge moved.
+    EXPECT_EQ(rig.engine.CacheCount(), yes ? 0u : 2u) << (yes ? "merged" : "not merged");
+  }
+}
+
 }  // namespace
 }  // namespace kiv
