@@ -31,6 +31,9 @@ enum class MergeRule {
   Household,
   //! The merged customer's own row, deleted once everything else has moved.
   OwnRow,
+  //! A name that reads like a customer number but holds something else (a user, say):
+  //! nothing moves, and the merge does not look for the merged customer in it.
+  Unrelated,
 };
 
 struct MergeColumn {

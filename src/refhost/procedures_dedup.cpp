@@ -73,6 +73,8 @@ class Merge {
         return JoinHousehold(t, col);
       case MergeRule::OwnRow:
         return;  // deleted last, once nothing points at it
+      case MergeRule::Unrelated:
+        return;
     }
   }
 
@@ -137,6 +139,12 @@ class Merge {
   std::vector<Variant> keys_;
 };
 
+bool Unrelated(const TableColumn& column) {
+  return std::any_of(MergeColumns().begin(), MergeColumns().end(), [&](const MergeColumn& c) {
+    return c.rule == MergeRule::Unrelated && EqualsNoCase(c.table, column.table) && EqualsNoCase(c.column, column.column);
+  });
+}
+
 std::string FullName(SqliteDatabase& db, int32_t customer_no) {
   return NzString(db.QueryValue("SELECT full_name FROM kiv_customer WHERE customer_no = ?", {Variant(customer_no)}));
 }
@@ -162,6 +170,7 @@ void Dedup(ProcedureCall& call) {
   db.Execute("DELETE FROM kiv_customer WHERE customer_no = ?", {Variant(from)});
 
   for (const TableColumn& left : CustomerNumberColumns(db)) {
+    if (Unrelated(left)) continue;
     if (db.QueryValue("SELECT 1 FROM " + Quoted(left.table) + " WHERE " + Quoted(left.column) + " = ? LIMIT 1",
                       {Variant(from)})
             .IsNull())
