@@ -160,6 +160,9 @@ class CCustEngine {
   std::shared_ptr<CCustomer> CachedCustomer(int32_t customer_no) const;
   //! Number of cached customers (0 when there is no cache).
   size_t CacheCount() const;
+  //! Drops every cached customer: after a change that reaches many customers at once (a
+  //! merge), none of them may be handed out again as it was before.
+  void ForgetCachedCustomers() { EmptyCache(); }
   //! The most customers the cache holds.
   int16_t CacheLimit() const { return cache_limit_; }
 

@@ -54,6 +54,12 @@ class ProcedureCall {
   RowSet& Rows() { return rows_; }
   bool HasRows() const { return has_rows_; }
 
+  // ---- several result sets ----
+  //! Adds the rows of the query as the next result set: the first one becomes Rows(), each
+  //! later one is handed out by the recordset's NextRecordset in the order added.
+  void AddResultSet(const std::string& sql, const std::vector<Variant>& args = {});
+  std::vector<RowSet>& FollowingRows() { return following_rows_; }
+
   //! Fails the call: the transaction is rolled back and the caller's error flag set.
   [[noreturn]] void Raise(const std::string& description) const;
 
@@ -68,6 +74,7 @@ class ProcedureCall {
   std::vector<Variant> values_;
   RowSet rows_;
   bool has_rows_ = false;
+  std::vector<RowSet> following_rows_;
 };
 
 struct Procedure {
@@ -103,6 +110,9 @@ void AddHouseholdProcedures(ProcedureRegistry& registry);
 void AddRelationshipProcedures(ProcedureRegistry& registry);
 void AddCardFileProcedures(ProcedureRegistry& registry);
 void AddActivityProcedures(ProcedureRegistry& registry);
+void AddDedupProcedures(ProcedureRegistry& registry);
+void AddAlertProcedures(ProcedureRegistry& registry);
+void AddAboutProcedures(ProcedureRegistry& registry);
 
 // Parameter declarations, shortest form.
 ProcedureParam InInt(std::string name);

@@ -1,4 +1,4 @@
-// Procedures of households, family members, employer links, merges and the custom profile.
+// Procedures of households, family members, employer links and the custom profile.
 // Family relationships (every type but EMPLOYEE) put the child in the parent's household.
 #include <string>
 
@@ -160,53 +160,6 @@ void DeleteEmployer(ProcedureCall& call) {
 }
 
 // Everything of the old customer moves to the new one; then the old customer goes.
-void Dedup(ProcedureCall& call) {
-  SqliteDatabase& db = call.Db();
-  int32_t old_no = call.Long("@old_customer_no");
-  int32_t new_no = call.Long("@new_customer_no");
-  if (old_no == new_no) return Refuse(call, "A customer cannot be merged into itself.");
-  if (!CustomerExists(db, old_no) || !CustomerExists(db, new_no))
-    return Refuse(call, "Both customers of a merge must exist.");
-  const std::vector<Variant> keys{Variant(new_no), Variant(old_no)};
-  for (const char* sql : {
-           "UPDATE kiv_sales_order SET customer_no = ?1 WHERE customer_no = ?2",
-           "UPDATE kiv_sales_order SET for_customer_no = ?1 WHERE for_customer_no = ?2",
-           "UPDATE kiv_invoice SET customer_no = ?1 WHERE customer_no = ?2",
-           "UPDATE kiv_reservation SET customer_no = ?1 WHERE customer_no = ?2",
-           "UPDATE kiv_access_product SET customer_no = ?1 WHERE customer_no = ?2",
-           "UPDATE kiv_will_call SET customer_no = ?1 WHERE customer_no = ?2",
-           "UPDATE kiv_customer_forecast SET customer_no = ?1 WHERE customer_no = ?2",
-           "UPDATE kiv_customer_cc SET customer_no = ?1, card_seq_no = card_seq_no + "
-           "(SELECT IFNULL(MAX(card_seq_no), 0) FROM kiv_customer_cc WHERE customer_no = ?1) WHERE customer_no = ?2",
-           "UPDATE OR IGNORE kiv_customer_group_member SET customer_no = ?1 WHERE customer_no = ?2",
-           "UPDATE OR IGNORE kiv_club_member SET customer_no = ?1 WHERE customer_no = ?2",
-           "UPDATE kiv_customer_rel SET parent_customer_no = ?1 WHERE parent_customer_no = ?2 AND child_customer_no <> ?1",
-           "UPDATE kiv_customer_rel SET child_customer_no = ?1 WHERE child_customer_no = ?2 AND parent_customer_no <> ?1",
-           "UPDATE OR IGNORE kiv_customer_employer SET customer_no = ?1 WHERE customer_no = ?2",
-           "UPDATE OR IGNORE kiv_customer_employer SET employer_customer_no = ?1 WHERE employer_customer_no = ?2",
-           "UPDATE kiv_customer SET household_no = ?1 WHERE household_no = ?2 AND customer_no <> ?2",
-           // The old addresses follow as secondary ones; the survivor keeps its own primary.
-           "UPDATE OR IGNORE kiv_customer_address SET customer_no = ?1, primary_address = 0 WHERE customer_no = ?2",
-           "UPDATE OR IGNORE kiv_images SET customer_no = ?1, current_photo = 0, image_no = image_no + "
-           "(SELECT IFNULL(MAX(image_no), 0) FROM kiv_images WHERE customer_no = ?1) WHERE customer_no = ?2",
-           "UPDATE OR IGNORE kiv_customer_setting SET customer_no = ?1 WHERE customer_no = ?2",
-           "UPDATE OR IGNORE kiv_customer_alert SET customer_no = ?1 WHERE customer_no = ?2",
-           "UPDATE OR IGNORE kiv_customer_profile SET CUSTOMER_NO = ?1 WHERE CUSTOMER_NO = ?2",
-       })
-    db.Execute(sql, keys);
-  for (const char* table : {"kiv_customer_rel", "kiv_customer_address", "kiv_customer_group_member",
-                            "kiv_club_member", "kiv_customer_employer", "kiv_customer_setting", "kiv_customer_alert",
-                            "kiv_images"}) {
-    std::string column = std::string(table) == "kiv_customer_rel" ? "child_customer_no" : "customer_no";
-    db.Execute(std::string("DELETE FROM ") + table + " WHERE " + column + " = ?", {Variant(old_no)});
-  }
-  db.Execute("DELETE FROM kiv_customer_rel WHERE parent_customer_no = ?", {Variant(old_no)});
-  db.Execute("DELETE FROM kiv_customer_employer WHERE employer_customer_no = ?", {Variant(old_no)});
-  db.Execute("DELETE FROM kiv_customer_profile WHERE CUSTOMER_NO = ?", {Variant(old_no)});
-  db.Execute("DELETE FROM kiv_customer WHERE customer_no = ?", {Variant(old_no)});
-  Succeed(call);
-}
-
 void GetProfiles(ProcedureCall& call) {
   // A customer without profile values still gets one row, so every site column is listed.
   call.ReturnRows("SELECT p.* FROM kiv_customer c LEFT JOIN kiv_customer_profile p ON p.CUSTOMER_NO = c.customer_no "
@@ -251,10 +204,6 @@ void AddHouseholdProcedures(ProcedureRegistry& registry) {
                 {InInt("@customer_no"), InInt("@fiscal_year"), InInt("@employer_customer_no")},
                 true,
                 DeleteEmployer});
-  registry.Add({"SP_CUSTOMER_DEDUP",
-                {InInt("@old_customer_no"), InInt("@new_customer_no"), OutText("@message", 255)},
-                true,
-                Dedup});
   registry.Add({"KIV_SP_CUSTOMER_GetProfiles", {InInt("@customer_no")}, false, GetProfiles});
   registry.Add({"KIV_SP_CUSTOMER_GetForecast", {InInt("@customer_no")}, false, GetForecast});
 }

@@ -1,5 +1,5 @@
 // Procedures of a customer's side records: cards on file (masked number and last four
-// digits only), alerts and rental settings, group and club membership.
+// digits only), group and club membership.
 #include <cctype>
 #include <string>
 
@@ -77,56 +77,6 @@ void InsertCreditCard(ProcedureCall& call) {
   Succeed(call);
 }
 
-int16_t DefaultRange(SqliteDatabase& db, const char* table, const char* column) {
-  return static_cast<int16_t>(NzLong(db.QueryValue(std::string("SELECT ") + column + " FROM " + table +
-                                                   " WHERE is_default <> 0 ORDER BY " + column + " LIMIT 1")));
-}
-
-void AlertGet(ProcedureCall& call) {
-  SqliteDatabase& db = call.Db();
-  int16_t height = DefaultRange(db, "kiv_guest_height", "guest_height_range");
-  int16_t weight = DefaultRange(db, "kiv_guest_weight", "guest_weight_range");
-  call.Out("@height_default", Variant(height));
-  call.Out("@weight_default", Variant(weight));
-  call.ReturnRows(
-      "SELECT c.customer_no, s.guest_ability, s.guest_shoe_size, IFNULL(s.guest_height_range, ?2) AS guest_height_range, "
-      "IFNULL(s.guest_weight_range, ?3) AS guest_weight_range, a.child_full_name, a.cell_phone_contact, "
-      "a.responsible_adult_1_name, a.responsible_adult_2_name, a.Allergies, a.Medications, a.special_needs "
-      "FROM kiv_customer c LEFT JOIN kiv_customer_setting s ON s.customer_no = c.customer_no "
-      "LEFT JOIN kiv_customer_alert a ON a.customer_no = c.customer_no "
-      "WHERE c.customer_no = ?1 AND (s.customer_no IS NOT NULL OR a.customer_no IS NOT NULL)",
-      {Variant(call.Long("@customer_no")), Variant(height), Variant(weight)});
-  // The ranges are expressions here; they read as the small integers they are.
-  for (const char* name : {"guest_height_range", "guest_weight_range"}) {
-    int column = FindColumn(call.Rows().columns, name);
-    call.Rows().columns[static_cast<size_t>(column)].type = ColumnTypeFromDecl("SMALLINT");
-    for (auto& row : call.Rows().rows)
-      if (!row[static_cast<size_t>(column)].IsNull()) row[static_cast<size_t>(column)] = Variant(row[static_cast<size_t>(column)].ToInt());
-  }
-}
-
-void AlertUpdate(ProcedureCall& call) {
-  SqliteDatabase& db = call.Db();
-  int32_t customer_no = call.Long("@customer_no");
-  if (!CustomerExists(db, customer_no)) return Refuse(call, NoSuchCustomer(customer_no));
-  db.Execute(
-      "INSERT INTO kiv_customer_alert (customer_no, Allergies, Medications, special_needs, child_full_name, "
-      "cell_phone_contact, responsible_adult_1_name, responsible_adult_2_name) VALUES (?, ?, ?, ?, ?, ?, ?, ?) "
-      "ON CONFLICT (customer_no) DO UPDATE SET Allergies = excluded.Allergies, Medications = excluded.Medications, "
-      "special_needs = excluded.special_needs, child_full_name = excluded.child_full_name, "
-      "cell_phone_contact = excluded.cell_phone_contact, responsible_adult_1_name = excluded.responsible_adult_1_name, "
-      "responsible_adult_2_name = excluded.responsible_adult_2_name",
-      {Variant(customer_no), call.In("@allergies"), call.In("@medications"), call.In("@special_needs"),
-       call.In("@child_full_name"), call.In("@cell_phone_contact"), call.In("@responsible_adult_1_name"),
-       call.In("@responsible_adult_2_name")});
-  db.Execute(
-      "INSERT INTO kiv_customer_setting (customer_no, guest_height_range, guest_weight_range) VALUES (?, ?, ?) "
-      "ON CONFLICT (customer_no) DO UPDATE SET guest_height_range = excluded.guest_height_range, "
-      "guest_weight_range = excluded.guest_weight_range",
-      {Variant(customer_no), call.In("@guest_height_range"), call.In("@guest_weight_range")});
-  Succeed(call);
-}
-
 void GetGroupMembers(ProcedureCall& call) {
   call.ReturnRows(
       "SELECT g.customer_group_id, g.Description, c.customer_no, c.full_name FROM kiv_customer_group_member m "
@@ -181,17 +131,6 @@ void AddSideRecordProcedures(ProcedureRegistry& registry) {
                  OutText("@message", 255)},
                 true,
                 InsertCreditCard});
-  registry.Add({"KIV_SP_CUSTOMER_CUSTOMER_ALERT_get",
-                {InInt("@customer_no"), OutSmall("@height_default"), OutSmall("@weight_default")},
-                false,
-                AlertGet});
-  registry.Add({"KIV_SP_CUSTOMER_CUSTOMER_ALERT_update",
-                {InInt("@customer_no"), InText("@allergies", 255), InText("@medications", 255),
-                 InText("@special_needs", 255), InText("@child_full_name", 100), InText("@cell_phone_contact", 20),
-                 InText("@responsible_adult_1_name", 100), InText("@responsible_adult_2_name", 100),
-                 InSmall("@guest_height_range"), InSmall("@guest_weight_range"), OutText("@message", 255)},
-                true,
-                AlertUpdate});
   registry.Add(
       {"KIV_SP_GetGroupMembers", {InText("@customer_group_id", 20), InInt("@customer_no")}, false, GetGroupMembers});
   registry.Add({"KIV_SP_InsertCustomerGroupMembership",

@@ -223,7 +223,9 @@ CREATE TABLE kiv_account (
   Description VARCHAR(60),
   account_limit MONEY,
   account_balance MONEY,
-  is_active BIT NOT NULL DEFAULT 1
+  is_active BIT NOT NULL DEFAULT 1,
+  -- The customer the account was opened for.
+  customer_no INTEGER
 );
 
 -- Activity

@@ -380,7 +380,9 @@ std::shared_ptr<host::Recordset> SqliteConnection::RunCommand(const char* operat
     }
     Emit(event);
     if (!want_rows) return nullptr;
-    return std::make_shared<SqliteRecordset>(std::move(call.Rows()), SqliteRecordset::Mode::ForwardOnly);
+    auto rows = std::make_shared<SqliteRecordset>(std::move(call.Rows()), SqliteRecordset::Mode::ForwardOnly);
+    rows->SetFollowing(std::move(call.FollowingRows()));
+    return rows;
   } catch (const HostError& e) {
     error = true;
     Fail(event, e.number, e.description, command);

@@ -223,6 +223,16 @@ void SqliteRecordset::Delete() {
   Reposition();
 }
 
+std::shared_ptr<host::Recordset> SqliteRecordset::NextRecordset() {
+  CheckOpen();
+  if (following_.empty()) return nullptr;
+  auto next = std::make_shared<SqliteRecordset>(std::move(following_.front()), Mode::ForwardOnly);
+  following_.erase(following_.begin());
+  next->SetFollowing(std::move(following_));
+  following_.clear();
+  return next;
+}
+
 void SqliteRecordset::Close() {
   CheckOpen();
   open_ = false;

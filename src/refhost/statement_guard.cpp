@@ -23,6 +23,7 @@ constexpr const char* kComponentStatements[] = {
     "SELECT * FROM kiv_customer_rel WHERE child_customer_no = 1 AND rel_type_id = 'EMPLOYEE'",
     "SELECT * FROM kiv_customer_rel WHERE child_customer_no = 1 AND rel_type_id <> 'EMPLOYEE'",
     "SELECT * FROM kiv_relation  WHERE rel_type_id <> 'EMPLOYEE' ORDER By description",
+    "SELECT * FROM kiv_account WHERE account_id = 'A-1'",
 };
 
 // Tables a component statement never touches: who may sign in and with what, what was

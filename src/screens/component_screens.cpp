@@ -25,6 +25,11 @@ std::shared_ptr<frmFind> ComponentScreens::NewSearchScreen() {
   screen->open_related_customer = [](frmFind& owner, const std::shared_ptr<CCustomer>& parent) {
     return ShowRelatedCustomer(owner, parent);
   };
+  screen->open_dedup = [](frmFind& owner) { ShowDeDup(owner); };
+  screen->open_account_info = [](frmFind& owner, const std::shared_ptr<CCustomer>& customer) {
+    ShowAccountInfo(owner, customer);
+  };
+  screen->open_about = [](frmFind& owner) { ShowAbout(owner); };
   return screen;
 }
 
@@ -78,6 +83,7 @@ bool ComponentScreens::ShowDetail(CCustEngine& engine, const std::shared_ptr<CCu
                                        const std::function<bool(const std::vector<Variant>&)>& collect_member) {
       return ShowRelatedCustomer(owner, parent, collect_member);
     };
+    screen->open_alerts = [](frmCustomerDetail& owner) { ShowAlerts(owner, owner.Customer()); };
     screen->FillScreen(customer->CustomerNo());
     screen->Show(ui::vbModal, owner);
     cancelled = screen->Cancelled();

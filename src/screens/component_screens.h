@@ -31,6 +31,14 @@ class ComponentScreens : public ScreenLauncher {
   static bool ShowRelatedCustomer(Screen& owner, const std::shared_ptr<CCustomer>& parent,
                                   std::function<bool(const std::vector<Variant>&)> collect_member = nullptr);
 
+  //! The duplicate merge over `owner`; true when two customers were merged.
+  static bool ShowDeDup(Screen& owner);
+  //! The house account of `customer` over `owner`; true when it was saved.
+  static bool ShowAccountInfo(Screen& owner, const std::shared_ptr<CCustomer>& customer);
+  //! The alerts and settings of a saved customer over `owner`; true when they were saved.
+  static bool ShowAlerts(Screen& owner, const std::shared_ptr<CCustomer>& customer);
+  static void ShowAbout(Screen& owner);
+
   //! The shared search screen; null until the first search created it.
   frmFind* SearchScreen() const { return search_screen_.get(); }
 

@@ -1,4 +1,4 @@
-// Household, family, employer, merge and card-file procedures on a real database.
+// Household, family, employer and card-file procedures on a real database.
 #include <gtest/gtest.h>
 
 #include "temp_database.h"
@@ -108,28 +108,6 @@ TEST_F(HouseholdProcedures, EmployerLinksAreKeptPerFiscalYear) {
                                                                       {"@fiscal_year", Variant(int32_t{2026})},
                                                                       {"@employer_customer_no", Variant(int32_t{9})}})));
   EXPECT_EQ(Count("kiv_customer_employer"), 0);
-}
-
-TEST_F(HouseholdProcedures, MergeMovesActivityAndRemovesTheOldCustomer) {
-  db_->Execute("INSERT INTO kiv_sales_order (salesorder_no, customer_no) VALUES (50, 3)");
-  db_->Execute("INSERT INTO kiv_address (address_no, address_type) VALUES (7, 'PRIMARY'), (8, 'PRIMARY')");
-  db_->Execute("INSERT INTO kiv_customer_address (customer_no, address_no, address_type, primary_address) VALUES "
-               "(3, 7, 'PRIMARY', 1), (1, 8, 'PRIMARY', 1)");
-  db_->Execute("INSERT INTO kiv_customer_cc (customer_no, card_seq_no, x_card_no) VALUES (3, 1, 'X1'), (1, 1, 'X2')");
-  auto merge = Procedure("SP_CUSTOMER_DEDUP", {{"@old_customer_no", Variant(int32_t{3})},
-                                               {"@new_customer_no", Variant(int32_t{1})}});
-  ASSERT_TRUE(Run(merge));
-  EXPECT_EQ(Out(merge, "@return_value").ToLong(), 0);
-  EXPECT_TRUE(Scalar("SELECT 1 FROM kiv_customer WHERE customer_no = 3").IsNull());
-  EXPECT_EQ(NzLong(Scalar("SELECT customer_no FROM kiv_sales_order")), 1);
-  EXPECT_EQ(NzLong(Scalar("SELECT COUNT(*) FROM kiv_customer_address WHERE customer_no = 1")), 2);
-  EXPECT_EQ(NzLong(Scalar("SELECT address_no FROM kiv_customer_address WHERE primary_address <> 0")), 8);
-  EXPECT_EQ(NzLong(Scalar("SELECT COUNT(DISTINCT card_seq_no) FROM kiv_customer_cc WHERE customer_no = 1")), 2);
-
-  auto self = Procedure("SP_CUSTOMER_DEDUP", {{"@old_customer_no", Variant(int32_t{1})},
-                                              {"@new_customer_no", Variant(int32_t{1})}});
-  ASSERT_TRUE(Run(self));
-  EXPECT_EQ(Out(self, "@return_value").ToLong(), -1);
 }
 
 TEST_F(HouseholdProcedures, ActiveCardsAskBeforeTheyAreDeleted) {

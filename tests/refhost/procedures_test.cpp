@@ -55,7 +55,7 @@ TEST_F(ProceduresTest, RefreshListsTheReturnValueFirstThenTheDeclaredParameters)
       {"SP_DeleteAddress", {"@RETURN_VALUE", "@address_no"}},
       {"KIV_SP_UpdateCustomerHas",
        {"@RETURN_VALUE", "@customer_no", "@willcall", "@club", "@so", "@reservation", "@relationship"}},
-      {"KIV_SP_CUSTOMER_CUSTOMER_ALERT_get", {"@RETURN_VALUE", "@customer_no", "@height_default", "@weight_default"}},
+      {"KIV_SP_CUSTOMER_CUSTOMER_ALERT_get", {"@RETURN_VALUE", "@customer_no", "@prefill", "@height_default", "@weight_default"}},
       {"KIV_SP_CLUB_GetClubMembership", {"@RETURN_VALUE", "@customer_no", "@is_active", "@num_return"}},
   };
   for (const auto& e : expected) {
