@@ -186,8 +186,9 @@ std::shared_ptr<host::Recordset> SqliteConnection::OpenRead(const char* operatio
   TraceEvent event{operation, sql};
   try {
     // Texts that differ only in a number (a customer's address list) share one statement.
-    ParameterizedSql translated = ParameterizeLiterals(TranslateSql(sql));
-    Guard(sql, translated.text);
+    const std::string meant = StatementGuard::Standard().AsMeant(sql);
+    ParameterizedSql translated = ParameterizeLiterals(TranslateSql(meant));
+    Guard(meant, translated.text);
     RowSet rows;
     {
       SqliteDatabase::ComponentStatements own(*db_);
@@ -222,13 +223,14 @@ std::shared_ptr<host::Recordset> SqliteConnection::OpenUpdatableRecordset(const 
   TraceEvent event{"OpenUpdatableRecordset", sql};
   try {
     CheckUnit();
-    std::string translated = TranslateSql(sql);
+    const std::string meant = StatementGuard::Standard().AsMeant(sql);
+    std::string translated = TranslateSql(meant);
     if (FirstWord(translated) != "SELECT") {
       error = true;
       Fail(event, kErrDatabase, "An updatable recordset needs a SELECT statement.", nullptr);
       return nullptr;
     }
-    Guard(sql, ParameterizeLiterals(translated).text);
+    Guard(meant, ParameterizeLiterals(translated).text);
     size_t at = translated.find_first_not_of(" \t\r\n");
     std::string with_rowid = translated.substr(0, at + 6) + " rowid AS kiv__rowid," + translated.substr(at + 6);
     std::shared_ptr<host::Recordset> result;
@@ -265,7 +267,8 @@ void SqliteConnection::ExecuteSQL(const std::string& sql, bool& error, Variant& 
   TraceEvent event{"ExecuteSQL", sql};
   try {
     CheckUnit();
-    std::string translated = TranslateSql(sql);
+    const std::string meant = StatementGuard::Standard().AsMeant(sql);
+    std::string translated = TranslateSql(meant);
     std::string word = FirstWord(translated);
     if (word != "UPDATE" && word != "DELETE" && word != "INSERT" && word != "SELECT" && word != "WITH") {
       error = true;
@@ -273,7 +276,7 @@ void SqliteConnection::ExecuteSQL(const std::string& sql, bool& error, Variant& 
       return;
     }
     ParameterizedSql parameterized = ParameterizeLiterals(std::move(translated));
-    Guard(sql, parameterized.text);
+    Guard(meant, parameterized.text);
     int changed = 0;
     {
       SqliteDatabase::ComponentStatements own(*db_);

@@ -85,6 +85,23 @@ std::string StatementGuard::Refusal(std::string_view sent, std::string_view prep
   return "The statement was refused: a text in it changed what the statement does.";
 }
 
+std::string StatementGuard::AsMeant(std::string_view sent) const {
+  std::string text(sent);
+  if (Refusal(text, PreparedForm(text)).empty()) return text;
+  size_t open = text.find('\'');
+  size_t close = text.find_last_not_of(" \t\r\n");
+  if (open == std::string::npos || close == std::string::npos || close <= open || text[close] != '\'') return text;
+  std::string value = text.substr(open + 1, close - open - 1);
+  std::string doubled;
+  for (char c : value) {
+    doubled += c;
+    if (c == '\'') doubled += '\'';
+  }
+  std::string mended = text.substr(0, open + 1) + doubled + text.substr(close);
+  if (!Refusal(mended, PreparedForm(mended)).empty()) return text;
+  return mended;
+}
+
 void StatementGuard::InstallAuthorizer(sqlite3* db, const bool* active) {
   sqlite3_set_authorizer(db, Authorize, const_cast<bool*>(active));
 }

@@ -20,6 +20,12 @@ class StatementGuard {
   //! component from its own words and numbers alone and needs no known form.
   std::string Refusal(std::string_view sent, std::string_view prepared) const;
 
+  //! The statement the component meant when it put a clerk's text holding quotes, as typed,
+  //! at the end of one of its own statements: everything between the first quote and the
+  //! closing one becomes one text value. `sent` itself when it needs no mending or when no
+  //! statement of the component's fits even so (the guard then refuses it).
+  std::string AsMeant(std::string_view sent) const;
+
   //! Installs on `db` the authorizer that, while `*active` is true, refuses a statement that
   //! reads users and their passwords, the logs, SQLite's own tables or anything outside the
   //! customer tables, or that changes the schema, attaches files or sets pragmas.
