@@ -45,7 +45,10 @@ ColumnType ColumnTypeFromDecl(std::string_view declared) {
   SplitDecl(declared, base, a, b);
   if (base.empty()) return Make(200, 255, 0, 0, ValueKind::Any);
   if (base == "INTEGER" || base == "INT") return Make(3, 4, 10, 0, ValueKind::Long);
-  if (base == "SMALLINT" || base == "TINYINT") return Make(2, 2, 5, 0, ValueKind::SmallInt);
+  // A one-byte integer is an integer column whose values occupy one byte: screens that
+  // type columns by value size (a flag kept as 0/1) see it so.
+  if (base == "TINYINT") return Make(3, 1, 3, 0, ValueKind::Long);
+  if (base == "SMALLINT") return Make(2, 2, 5, 0, ValueKind::SmallInt);
   if (base == "BIGINT") return Make(20, 8, 19, 0, ValueKind::Long);
   if (base == "BIT" || base == "BOOLEAN") return Make(11, 2, 1, 0, ValueKind::Boolean);
   if (base == "MONEY" || base == "SMALLMONEY") return Make(6, 8, 19, 4, ValueKind::Currency);
@@ -54,6 +57,7 @@ ColumnType ColumnTypeFromDecl(std::string_view declared) {
     return Make(131, 19, a < 0 ? 18 : a, b < 0 ? 0 : b, ValueKind::Numeric);
   if (base == "DATETIME" || base == "TIMESTAMP" || base == "SMALLDATETIME") return Make(135, 16, 23, 3, ValueKind::Date);
   if (base == "DATE") return Make(133, 6, 10, 0, ValueKind::Date);
+  if (base == "TIME") return Make(134, 6, 8, 0, ValueKind::Date);
   if (base == "CHAR" || base == "NCHAR") return Make(129, a < 0 ? 1 : a, 0, 0, ValueKind::Text);
   if (base == "VARCHAR" || base == "NVARCHAR") {
     if (a < 0) return Make(201, 2147483647, 0, 0, ValueKind::Text, true);  // VARCHAR(MAX)
