@@ -57,7 +57,6 @@ ColumnType ColumnTypeFromDecl(std::string_view declared) {
     return Make(131, 19, a < 0 ? 18 : a, b < 0 ? 0 : b, ValueKind::Numeric);
   if (base == "DATETIME" || base == "TIMESTAMP" || base == "SMALLDATETIME") return Make(135, 16, 23, 3, ValueKind::Date);
   if (base == "DATE") return Make(133, 6, 10, 0, ValueKind::Date);
-  if (base == "TIME") return Make(134, 6, 8, 0, ValueKind::Date);
   if (base == "CHAR" || base == "NCHAR") return Make(129, a < 0 ? 1 : a, 0, 0, ValueKind::Text);
   if (base == "VARCHAR" || base == "NVARCHAR") {
     if (a < 0) return Make(201, 2147483647, 0, 0, ValueKind::Text, true);  // VARCHAR(MAX)
