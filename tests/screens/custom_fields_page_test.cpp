@@ -1,6 +1,6 @@
 // The custom fields of the profile page over the scripted host: which columns are listed and
 // how, the clerk's edits checked by type, the right that allows them, and the save of the
-// profile row (created once, Null for a cleared value, nothing written when a value is refused).
+// profile row (created once, its creation stamp left alone later, Null for a cleared value).
 #include "screens/detail/custom_fields_page.h"
 
 #include <gtest/gtest.h>
@@ -193,30 +193,6 @@ TEST(CustomFieldsPage, ALaterSaveLeavesTheCreationStampAndStoresNullForAClearedV
                                            "Set SEASON_PASS_CREDIT=Null", "Set NEWSLETTER=True",
                                            "Set BOOT_SOLE_LENGTH=305", "Set MODIFIED_BY=\"TESTUSER\"",
                                            "Set Modified_Date=#2026-03-15#", "Update", "Close"}));
-}
-
-TEST(CustomFieldsPage, ARowTheDatabaseRefusesIsReportedAndThePageKeepsItsChanges) {
-  ProfileRig rig;
-  rig.host.OnQuery(kSaveSql).Throws(-2147217900, "Arithmetic overflow");
-  EXPECT_EQ(rig.Edit(5, "300"), "");
-  rig.screen->Save();
-  EXPECT_NE(rig.host.errors->Last().source.find("SaveProfileData"), std::string::npos);
-  EXPECT_TRUE(rig.Page().Dirty());
-  EXPECT_EQ(rig.screen->grdMaster.TextMatrix(5, 3), "300");
-}
-
-TEST(CustomFieldsPage, RefreshAsksBeforeDroppingAnEdit) {
-  ProfileRig rig;
-  EXPECT_EQ(rig.Edit(1, "EX"), "");
-  rig.ui->Answer(ui::vbNo);
-  rig.screen->RefreshPage();
-  ASSERT_EQ(rig.ui->Boxes().size(), 1u);
-  EXPECT_EQ(rig.ui->Boxes()[0].title, "Confirm Refresh Profile Data");
-  EXPECT_EQ(rig.screen->grdMaster.TextMatrix(1, 3), "EX");
-  rig.ui->Answer(ui::vbYes);
-  rig.screen->RefreshPage();
-  EXPECT_EQ(rig.screen->grdMaster.TextMatrix(1, 3), "AD");
-  EXPECT_FALSE(rig.Page().Dirty());
 }
 
 }  // namespace

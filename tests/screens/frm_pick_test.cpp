@@ -1,6 +1,6 @@
 // The pick list over scripted recordsets: headers with blanks for "_", nulls shown empty,
-// an empty recordset, the ways a row is chosen or the pick is canceled, and the lookup of a
-// chosen column when two field names differ only by "_" and blank.
+// an empty recordset, and the lookup of a chosen column when two field names differ only by
+// "_" and blank. Choosing by OK, double click, Cancel and the close box runs end to end.
 #include "screens/common/frm_pick.h"
 
 #include <gtest/gtest.h>
@@ -68,55 +68,6 @@ TEST(frmPick, AnEmptyRecordsetShowsTheHeaderAloneAndOkChoosesNothing) {
   EXPECT_EQ(rig.Act(ActionKind::Click, "cmdOk"), "");
   EXPECT_TRUE(rig.pick.Canceled());
   EXPECT_TRUE(rig.pick.ColumnValue("customer_group_id").IsNull());
-}
-
-struct ChoosingRig : PickRig {
-  ChoosingRig() {
-    host.OnQuery(kGroups)
-        .Row({{"customer_group_id", "LODGE"}, {"description", "Lodging Partners"}})
-        .Row({{"customer_group_id", "STAFF"}, {"description", "Resort Staff"}})
-        .Row({{"customer_group_id", "VIP"}, {"description", "VIP Guests"}});
-    Fill(kGroups);
-  }
-};
-
-TEST(frmPick, OkAndDoubleClickChooseTheRowAndCloseTheScreen) {
-  {
-    ChoosingRig rig;
-    EXPECT_EQ(rig.Act(ActionKind::Select, "gdPick", 2), "");
-    EXPECT_EQ(rig.Act(ActionKind::Click, "cmdOk"), "");
-    EXPECT_FALSE(rig.pick.Canceled());
-    EXPECT_FALSE(rig.pick.Visible());
-    EXPECT_EQ(rig.pick.ColumnValue("customer_group_id"), Variant("STAFF"));
-    EXPECT_EQ(rig.pick.ColumnValue("DESCRIPTION"), Variant("Resort Staff"));
-    EXPECT_TRUE(rig.pick.ColumnValue("no_such_field").IsNull());
-  }
-  {
-    ChoosingRig rig;
-    EXPECT_EQ(rig.Act(ActionKind::DblClick, "gdPick", 3), "");
-    EXPECT_FALSE(rig.pick.Canceled());
-    EXPECT_EQ(rig.pick.ColumnValue("customer group id"), Variant("VIP"));
-  }
-}
-
-TEST(frmPick, CancelAndTheCloseBoxLeaveThePickCanceled) {
-  {
-    ChoosingRig rig;
-    rig.Act(ActionKind::Select, "gdPick", 2);
-    EXPECT_EQ(rig.Act(ActionKind::Click, "cmdCancel"), "");
-    EXPECT_TRUE(rig.pick.Canceled());
-    EXPECT_FALSE(rig.pick.Visible());
-    EXPECT_TRUE(rig.pick.ColumnValue("customer_group_id").IsNull());
-  }
-  {
-    ChoosingRig rig;
-    rig.Act(ActionKind::Select, "gdPick", 2);
-    EXPECT_EQ(rig.Act(ActionKind::Close, ""), "");
-    EXPECT_TRUE(rig.pick.Canceled());
-    EXPECT_TRUE(rig.pick.ColumnValue("description").IsNull());
-    // The rows do not outlive the screen.
-    EXPECT_EQ(rig.pick.gdPick.Rows(), rig.pick.gdPick.FixedRows());
-  }
 }
 
 TEST(frmPick, AnExactNameWinsOverOneThatDiffersOnlyByUnderscoreAndBlank) {

@@ -1,6 +1,6 @@
 // Tools / Export Photograph over the scripted host: the customer's picture written into the
-// folder picked in the folder chooser, asking before it replaces a file, and the clear
-// messages when there is nothing to export.
+// folder picked in the folder chooser, asking before it replaces a file, and the messages
+// when there is nothing to export.
 #include "screens/detail/photo_export.h"
 
 #include <gtest/gtest.h>
@@ -92,13 +92,6 @@ TEST(ExportPhotograph, AnExistingFileIsReplacedOnlyAfterYes) {
   EXPECT_EQ(FileBytes(rig.Exported()), SmallPng());
 }
 
-TEST(ExportPhotograph, NothingIsWrittenWhenTheChooserIsCanceled) {
-  ExportRig rig;
-  rig.Export("");
-  EXPECT_TRUE(rig.ui->Boxes().empty());
-  EXPECT_TRUE(fs::is_empty(rig.folder));
-}
-
 TEST(ExportPhotograph, ACustomerWithoutPhotographOrNotSavedIsToldSo) {
   {
     ExportRig rig(false);
@@ -118,13 +111,6 @@ TEST(ExportPhotograph, ACustomerWithoutPhotographOrNotSavedIsToldSo) {
     ASSERT_EQ(rig.ui->Boxes().size(), 1u);
     EXPECT_EQ(rig.ui->Boxes()[0].prompt, "Save the customer before exporting a photograph.");
   }
-}
-
-TEST(ExportPhotograph, TheFileIsNamedAfterTheCustomerAndTheFormat) {
-  EXPECT_EQ(PhotoExportFileName(42, PhotoFormat::Png), "customer_42.png");
-  EXPECT_EQ(PhotoExportFileName(7, PhotoFormat::Jpeg), "customer_7.jpg");
-  EXPECT_EQ(PhotoExportFileName(7, PhotoFormat::Gif), "customer_7.gif");
-  EXPECT_EQ(PhotoExportFileName(7, PhotoFormat::Bmp), "customer_7.bmp");
 }
 
 }  // namespace
