@@ -136,22 +136,18 @@ bool GroupMembershipPage::WriteMemberships(frmCustomerDetail& screen) {
   if (!screen.DBConnection() || screen.CustomerNo() == 0) return false;
   host::DBConnection& db = *screen.DBConnection();
   const Variant customer_no(screen.CustomerNo());
+  // The editor's save holds every page in its unit of work; a refused call stops the walk.
   bool ok = true;
-  {
-    // The memberships change together or not at all.
-    host::UnitOfWork unit(&db);
-    rows_.ForEachChange([&](size_t, const ListRow& row) {
-      if (!ok) return;
-      host::ProcedureCall call(db, row.state == RowState::kRemoved ? kDeleteProcedure : kInsertProcedure);
-      call.In("@customer_no", customer_no).In("@customer_group_id", Variant(row.cells[kColGroupId]));
-      ok = call.Execute();
-      if (ok && call.ReturnValue(0) < 0) {
-        screen.ui().MsgBox(call.OutputText("@message"), ui::vbInformation, kSaveTitle);
-        ok = false;
-      }
-    });
-    if (!ok) unit.Discard();
-  }
+  rows_.ForEachChange([&](size_t, const ListRow& row) {
+    if (!ok) return;
+    host::ProcedureCall call(db, row.state == RowState::kRemoved ? kDeleteProcedure : kInsertProcedure);
+    call.In("@customer_no", customer_no).In("@customer_group_id", Variant(row.cells[kColGroupId]));
+    ok = call.Execute();
+    if (ok && call.ReturnValue(0) < 0) {
+      screen.ui().MsgBox(call.OutputText("@message"), ui::vbInformation, kSaveTitle);
+      ok = false;
+    }
+  });
   if (!ok) return false;
   rows_.MarkSaved();
   dirty_ = false;
