@@ -45,7 +45,10 @@ ColumnType ColumnTypeFromDecl(std::string_view declared) {
   SplitDecl(declared, base, a, b);
   if (base.empty()) return Make(200, 255, 0, 0, ValueKind::Any);
   if (base == "INTEGER" || base == "INT") return Make(3, 4, 10, 0, ValueKind::Long);
-  if (base == "SMALLINT" || base == "TINYINT") return Make(2, 2, 5, 0, ValueKind::SmallInt);
+  // A one-byte integer is an integer column whose values occupy one byte: screens that
+  // type columns by value size (a flag kept as 0/1) see it so.
+  if (base == "TINYINT") return Make(3, 1, 3, 0, ValueKind::Long);
+  if (base == "SMALLINT") return Make(2, 2, 5, 0, ValueKind::SmallInt);
   if (base == "BIGINT") return Make(20, 8, 19, 0, ValueKind::Long);
   if (base == "BIT" || base == "BOOLEAN") return Make(11, 2, 1, 0, ValueKind::Boolean);
   if (base == "MONEY" || base == "SMALLMONEY") return Make(6, 8, 19, 4, ValueKind::Currency);

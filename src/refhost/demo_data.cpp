@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "refhost/demo_data_profile.h"
 #include "refhost/password_hash.h"
 
 namespace kiv::refhost {
@@ -292,10 +293,7 @@ DemoBuilder::DemoBuilder(sqlite3* db, const DemoOptions& options)
              "INSERT INTO kiv_customer_alert (customer_no, child_full_name, cell_phone_contact, "
              "responsible_adult_1_name, responsible_adult_2_name, Allergies, Medications, special_needs) "
              "VALUES (?,?,?,?,?,?,?,?)"),
-      profile_(db,
-               "INSERT INTO kiv_customer_profile (CUSTOMER_NO, CREATED_BY, CREATE_DATE, shirt_size, "
-               "season_pass_holder, member_since, credit_allowance, lesson_count, ski_length_cm, newsletter) "
-               "VALUES (?,?,?,?,?,?,?,?,?,?)"),
+      profile_(db, kDemoProfileInsert),
       group_member_(db, "INSERT INTO kiv_customer_group_member (customer_group_id, customer_no) VALUES (?,?)"),
       club_member_(db,
                    "INSERT INTO kiv_club_member (club_id, customer_no, member_id, is_active, join_date) "
@@ -718,6 +716,7 @@ DemoSummary DemoBuilder::Build() {
                 " WHERE sequence_name = 'seq_forecast_no'");
   Exec(db_, "UPDATE kiv_sequence SET last_no = " + std::to_string(next_order_ - 1) +
                 " WHERE sequence_name = 'seq_salesorder_no'");
+  FillDemoProfiles(db_, options_.seed);
   return summary_;
 }
 

@@ -39,8 +39,11 @@ RowSet ReadRowSet(SqliteDatabase& db, const StatementLease& lease, bool rowid_fi
   sqlite3_stmt* stmt = lease.get();
   RowSet set;
   ColumnList* cached = lease.Columns();
+  // The first step comes before the columns are counted: a cached statement whose table has
+  // changed since (a site column added) is prepared again by that step, "*" expanded anew.
+  int rc = sqlite3_step(stmt);
   const size_t count = static_cast<size_t>(sqlite3_column_count(stmt) - (rowid_first ? 1 : 0));
-  // A changed table (a site column added) changes the count, and the columns are described again.
+  // A changed table changes the count, and the columns are described again.
   if (cached != nullptr && *cached && (*cached)->size() == count) {
     set.columns = **cached;
   } else {
@@ -49,8 +52,7 @@ RowSet ReadRowSet(SqliteDatabase& db, const StatementLease& lease, bool rowid_fi
   }
   const int first = rowid_first ? 1 : 0;
   const size_t width = set.columns.size();
-  int rc;
-  while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
+  for (; rc == SQLITE_ROW; rc = sqlite3_step(stmt)) {
     std::vector<Variant> row;
     row.reserve(width);
     for (size_t c = 0; c < width; ++c)

@@ -184,20 +184,28 @@ CREATE TABLE kiv_club_member (
 CREATE INDEX ix_club_member_customer ON kiv_club_member (customer_no);
 CREATE INDEX ix_club_member_member_id ON kiv_club_member (member_id);
 
--- Site columns follow the five system columns; the editor shows whatever columns exist.
+-- Site columns follow the five system columns; the editor shows whatever columns exist,
+-- so a site adds one with ALTER TABLE and nothing else. The demo site keeps one column of
+-- each kind the editor types: text, whole numbers, a one-byte flag, dates, money, bits,
+-- exact numerics (a precision-1 flag, decimals, large integers) and long text.
 CREATE TABLE kiv_customer_profile (
   CUSTOMER_NO INTEGER PRIMARY KEY,
   CREATED_BY VARCHAR(20),
   CREATE_DATE DATETIME,
   MODIFIED_BY VARCHAR(20),
   MODIFIED_DATE DATETIME,
-  shirt_size VARCHAR(10),
-  season_pass_holder NUMERIC(1,0),
-  member_since DATETIME,
-  credit_allowance MONEY,
-  lesson_count INTEGER,
-  ski_length_cm NUMERIC(5,1),
-  newsletter BIT
+  SKI_LEVEL_CODE CHAR(2),
+  PREFERRED_LIFT VARCHAR(30),
+  BOOT_SOLE_LENGTH INTEGER,
+  WAIVER_SIGNED TINYINT,
+  WAIVER_DATE DATE,
+  SEASON_PASS_CREDIT MONEY,
+  NEWSLETTER BIT,
+  VIP_GUEST NUMERIC(1,0),
+  SKI_LENGTH_CM NUMERIC(5,1),
+  LIFETIME_VISITS NUMERIC(9,0),
+  LAST_LESSON_DATE DATETIME,
+  SPECIAL_REQUESTS TEXT
 );
 
 -- Cards on file: the full number and the track data are never stored.

@@ -129,6 +129,9 @@ void SqliteRecordset::Assign(int column, const Variant& value) {
                                       "' holds " + std::to_string(info.type.defined_size) + " characters.");
   if (converted.IsNull() && !info.nullable && !adding_)
     throw HostError(kErrDatabase, "The column '" + info.name + "' does not allow nulls.");
+  if (info.type.type == 3 && info.type.defined_size == 1 && !converted.IsNull() &&
+      (converted.ToLong() < 0 || converted.ToLong() > 255))
+    throw HostError(kErrDatabase, "Arithmetic overflow: the column '" + info.name + "' holds 0 to 255.");
   rows_.rows[pos_][static_cast<size_t>(column)] = converted;
   dirty_.insert(column);
 }

@@ -4,6 +4,7 @@
 #include "engine/c_cust_engine.h"
 #include "records/c_customer.h"
 #include "screens/detail/frm_customer_detail.h"
+#include "screens/detail/photo_export.h"
 #include "screens/related/frm_related_customer.h"
 #include "screens/search/frm_find.h"
 
@@ -84,6 +85,7 @@ bool ComponentScreens::ShowDetail(CCustEngine& engine, const std::shared_ptr<CCu
       return ShowRelatedCustomer(owner, parent, collect_member);
     };
     screen->open_alerts = [](frmCustomerDetail& owner) { ShowAlerts(owner, owner.Customer()); };
+    screen->export_photo = ExportPhotograph;
     screen->FillScreen(customer->CustomerNo());
     screen->Show(ui::vbModal, owner);
     cancelled = screen->Cancelled();

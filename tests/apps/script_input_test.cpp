@@ -52,6 +52,22 @@ TEST(ScriptInput, ExpectDbTakesAQueryAndNothingElse) {
   }
 }
 
+TEST(ScriptInput, SchemaTakesOneColumnAddedToACustomerTable) {
+  const char* const accepted[] = {
+      "schema \"ALTER TABLE kiv_customer_profile ADD COLUMN LOCKER VARCHAR(8)\"",
+      "schema \"alter  table KIV_customer_profile\tadd shoe_width CHAR(1)\"",
+  };
+  for (const char* line : accepted) EXPECT_NO_THROW(ParseLine(line, 1)) << line;
+  const char* const refused[] = {
+      "schema \"DROP TABLE kiv_customer\"",
+      "schema \"ALTER TABLE kiv_customer RENAME TO x\"",
+      "schema \"ALTER TABLE kiv_user ADD x INT; DELETE FROM kiv_user\"",
+      "schema \"ALTER TABLE sqlite_master ADD x INT\"",
+      "schema \"\"",
+  };
+  for (const char* line : refused) EXPECT_THROW(ParseLine(line, 1), SyntaxError) << line;
+}
+
 TEST(ScriptInput, WholeNumbersMustBeWholeAndFitThirtyTwoBits) {
   EXPECT_EQ(ParseLong("2147483647"), 2147483647);
   EXPECT_EQ(ParseLong("-2147483648"), -2147483647 - 1);

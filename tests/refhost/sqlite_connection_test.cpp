@@ -80,9 +80,9 @@ TEST_F(SqliteConnectionTest, ExecuteSqlRunsOneDataStatement) {
 }
 
 TEST_F(SqliteConnectionTest, FieldsReportTypesFromDeclaredColumns) {
-  db_->Execute("INSERT INTO kiv_customer_profile (CUSTOMER_NO, shirt_size, season_pass_holder, member_since, "
-               "credit_allowance, lesson_count, ski_length_cm, newsletter) "
-               "VALUES (1, 'L', 1, '2020-02-03 00:00:00', 12.5, 7, 170.5, 1)");
+  db_->Execute("INSERT INTO kiv_customer_profile (CUSTOMER_NO, PREFERRED_LIFT, VIP_GUEST, LAST_LESSON_DATE, "
+               "SEASON_PASS_CREDIT, BOOT_SOLE_LENGTH, SKI_LENGTH_CM, NEWSLETTER, WAIVER_SIGNED) "
+               "VALUES (1, 'GONDOLA', 1, '2020-02-03 00:00:00', 12.5, 7, 170.5, 1, 1)");
   db_->Execute("INSERT INTO kiv_images (customer_no, image_no, image_blob) VALUES (1, 1, x'0102')");
   struct Expect {
     const char* column;
@@ -90,10 +90,11 @@ TEST_F(SqliteConnectionTest, FieldsReportTypesFromDeclaredColumns) {
     bool is_long;
   };
   const Expect expected[] = {
-      {"CUSTOMER_NO", 3, 4, 10, 0, false},    {"shirt_size", 200, 10, 0, 0, false},
-      {"season_pass_holder", 131, 19, 1, 0, false}, {"member_since", 135, 16, 23, 3, false},
-      {"credit_allowance", 6, 8, 19, 4, false}, {"lesson_count", 3, 4, 10, 0, false},
-      {"ski_length_cm", 131, 19, 5, 1, false}, {"newsletter", 11, 2, 1, 0, false},
+      {"CUSTOMER_NO", 3, 4, 10, 0, false},         {"PREFERRED_LIFT", 200, 30, 0, 0, false},
+      {"VIP_GUEST", 131, 19, 1, 0, false},         {"LAST_LESSON_DATE", 135, 16, 23, 3, false},
+      {"SEASON_PASS_CREDIT", 6, 8, 19, 4, false},  {"BOOT_SOLE_LENGTH", 3, 4, 10, 0, false},
+      {"SKI_LENGTH_CM", 131, 19, 5, 1, false},     {"NEWSLETTER", 11, 2, 1, 0, false},
+      {"WAIVER_SIGNED", 3, 1, 3, 0, false},
   };
   auto rs = Query("SELECT * FROM kiv_customer_profile");
   ASSERT_NE(rs, nullptr);
@@ -105,10 +106,10 @@ TEST_F(SqliteConnectionTest, FieldsReportTypesFromDeclaredColumns) {
     EXPECT_EQ(f.NumericScale(), e.scale) << e.column;
     EXPECT_EQ((f.Attributes() & host::adFldLong) != 0, e.is_long) << e.column;
   }
-  EXPECT_EQ(rs->FieldByName("member_since").Value().ToDate(), Date::FromParts(2020, 2, 3));
-  EXPECT_EQ(rs->FieldByName("credit_allowance").Value().Type(), VarType::Currency);
-  EXPECT_EQ(rs->FieldByName("newsletter").Value().Type(), VarType::Boolean);
-  EXPECT_EQ(rs->FieldByName("lesson_count").Value().Type(), VarType::Long);
+  EXPECT_EQ(rs->FieldByName("LAST_LESSON_DATE").Value().ToDate(), Date::FromParts(2020, 2, 3));
+  EXPECT_EQ(rs->FieldByName("SEASON_PASS_CREDIT").Value().Type(), VarType::Currency);
+  EXPECT_EQ(rs->FieldByName("NEWSLETTER").Value().Type(), VarType::Boolean);
+  EXPECT_EQ(rs->FieldByName("BOOT_SOLE_LENGTH").Value().Type(), VarType::Long);
 
   rs = Query("SELECT c.comment_note, c.Gender, c.Locked, c.preloaded, i.image_blob FROM kiv_customer c "
              "JOIN kiv_images i ON i.customer_no = c.customer_no");

@@ -83,6 +83,8 @@ bool Interpreter::Execute(const Statement& st) {
       ok = DoExpect(st);
     } else if (st.verb == "dump") {
       ok = DoDump();
+    } else if (st.verb == "schema") {
+      ok = DoSchema(st);
     } else if (ui::IsActionVerb(st.verb)) {
       ok = DoAction(st);
     } else {

@@ -111,6 +111,8 @@ class Interpreter : public ModalDriver {
   bool DoAction(const Statement& st);
   bool DoExpect(const Statement& st);
   bool DoDump();
+  //! `schema "ALTER TABLE ..."`: the site's own change of its database, run straight on the file.
+  bool DoSchema(const Statement& st);
 
   bool ExpectResult(const Statement& st);
   bool ExpectControl(const Statement& st);

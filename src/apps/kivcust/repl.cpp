@@ -85,6 +85,7 @@ void PrintHelp(std::ostream& out) {
          "      (host calls: CheckPermission, ErrorObject.Display, RecordTaskActivity, GetSetting,\n"
          "       SaveSetting, each with its arguments and answer, as in the trace file; THEN texts\n"
          "       must be met by later calls, in order)\n"
+         "  schema \"ALTER TABLE kiv_... ADD COLUMN ...\"      (a site's own column, added with plain SQL)\n"
          "  dump | help | quit\n"
          "calls:";
   for (const auto& c : EngineCalls()) out << " " << c.name;

@@ -57,6 +57,7 @@ constexpr Shape kShapes[] = {
     {"paste", 2, 2},  {"key", 2, 2},      {"focus", 1, 1},  {"click", 1, 2},   {"choose", 2, 2},
     {"date", 2, 2},   {"select", 2, 2},   {"edit", 4, 4},   {"dblclick", 2, 2}, {"expand", 2, 2},
     {"close", 0, 0},  {"answer", 1, 1},   {"expect", 1, -1}, {"dump", 0, 0},
+    {"schema", 1, 1},
 };
 
 const Shape* FindShape(const std::string& verb) {
@@ -119,6 +120,23 @@ ExpectKind ClassifyExpect(const Statement& st) {
   return kind;
 }
 
+}  // namespace
+
+bool IsSiteColumnChange(std::string_view sql) {
+  std::string words;
+  for (char c : sql) {
+    const char folded = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (folded == ';') return false;
+    if (std::isspace(static_cast<unsigned char>(folded)) == 0) words += folded;
+    else if (!words.empty() && words.back() != ' ') words += ' ';
+  }
+  if (words.rfind("alter table kiv_", 0) != 0) return false;
+  const size_t add = words.find(" add ");
+  return add != std::string::npos && words.find(' ', 16) == add;
+}
+
+namespace {
+
 void CheckShape(Statement& st) {
   const Shape* shape = FindShape(st.verb);
   if (shape == nullptr) throw SyntaxError(st.line, "unknown statement \"" + st.verb + "\"");
@@ -130,6 +148,8 @@ void CheckShape(Statement& st) {
     throw SyntaxError(st.line, "\"" + st.args[0] + "\" is not a date (YYYY-MM-DD)");
   if (st.verb == "date" && Lower(st.args[1]) != "none" && !IsIsoDate(st.args[1]))
     throw SyntaxError(st.line, "\"" + st.args[1] + "\" is not a date (YYYY-MM-DD or none)");
+  if (st.verb == "schema" && !IsSiteColumnChange(st.args[0]))
+    throw SyntaxError(st.line, "expected: schema \"ALTER TABLE kiv_... ADD COLUMN ...\"");
   if (st.verb == "set" && Lower(st.args[0]).rfind("result.", 0) != 0)
     throw SyntaxError(st.line, "expected: set result.PROP VALUE");
   if (st.verb == "answer") {

@@ -52,6 +52,10 @@ std::optional<Statement> ParseLine(std::string_view line, int line_number);
 //! Reads a whole script; the first bad line throws SyntaxError.
 std::vector<Statement> ParseScript(std::string_view text);
 
+//! A site's own change of its database that a script may make with `schema`: one
+//! "ALTER TABLE kiv_... ADD [COLUMN] ..." statement (a site column added with plain SQL).
+bool IsSiteColumnChange(std::string_view sql);
+
 //! The comparison operators of `expect`: = != ~ (contains) !~ < <= > >=.
 bool IsComparison(std::string_view op);
 

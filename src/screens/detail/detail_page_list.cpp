@@ -1,8 +1,10 @@
 // The pages every detail editor gets. The general page is the editor itself; each other
 // page is one DetailPage class registered here, after the editor's own controls exist.
+#include "screens/detail/custom_fields_page.h"
 #include "screens/detail/detail_page.h"
 #include "screens/detail/employer_page.h"
 #include "screens/detail/frm_customer_detail.h"
+#include "screens/detail/group_membership_page.h"
 #include "screens/detail/household_page.h"
 
 namespace kiv {
@@ -12,6 +14,8 @@ void AddDetailPages(frmCustomerDetail& screen) {
   // fields and group memberships share tab 7.
   screen.RegisterPage(std::make_unique<HouseholdPage>());
   screen.RegisterPage(std::make_unique<EmployerPage>());
+  screen.RegisterPage(std::make_unique<CustomFieldsPage>());
+  screen.RegisterPage(std::make_unique<GroupMembershipPage>());
 }
 
 }  // namespace kiv
