@@ -2,6 +2,7 @@
 // time (each customer's addresses, links and side rows written as it is made), then the
 // sequences. One transaction, prepared inserts, indexes rebuilt after the load.
 #include "refhost/demo_data.h"
+#include "refhost/demo_data_forecast.h"
 
 #include <sqlite3.h>
 
@@ -746,6 +747,7 @@ DemoSummary BuildDemoData(sqlite3* db, const DemoOptions& options) {
       summary = builder.Build();
     }
     for (const auto& [name, sql] : indexes) Exec(db, sql);
+    BuildForecastAndRentalDemo(db, options.seed);
     Exec(db, "COMMIT");
     Exec(db, "ANALYZE");
     return summary;

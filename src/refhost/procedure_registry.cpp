@@ -101,6 +101,7 @@ const ProcedureRegistry& ProcedureRegistry::Standard() {
     AddHouseholdProcedures(r);
     AddCardFileProcedures(r);
     AddActivityProcedures(r);
+    AddRentalProcedures(r);
     return r;
   }();
   return registry;

@@ -103,6 +103,7 @@ void AddHouseholdProcedures(ProcedureRegistry& registry);
 void AddRelationshipProcedures(ProcedureRegistry& registry);
 void AddCardFileProcedures(ProcedureRegistry& registry);
 void AddActivityProcedures(ProcedureRegistry& registry);
+void AddRentalProcedures(ProcedureRegistry& registry);
 
 // Parameter declarations, shortest form.
 ProcedureParam InInt(std::string name);
