@@ -2,8 +2,10 @@
 // page is one DetailPage class registered here, after the editor's own controls exist.
 #include "screens/detail/detail_page.h"
 #include "screens/detail/employer_page.h"
+#include "screens/detail/forecast_page.h"
 #include "screens/detail/frm_customer_detail.h"
 #include "screens/detail/household_page.h"
+#include "screens/detail/rental_page.h"
 
 namespace kiv {
 
@@ -12,6 +14,8 @@ void AddDetailPages(frmCustomerDetail& screen) {
   // fields and group memberships share tab 7.
   screen.RegisterPage(std::make_unique<HouseholdPage>());
   screen.RegisterPage(std::make_unique<EmployerPage>());
+  screen.RegisterPage(ForecastPage::Attached(screen));
+  screen.RegisterPage(RentalPage::Attached(screen));
 }
 
 }  // namespace kiv
