@@ -49,7 +49,8 @@ void GroupForecasts(sqlite3* db, uint64_t seed) {
       "(SELECT 1 FROM kiv_customer_forecast f WHERE f.customer_no = c.customer_no)) WHERE h < 500");
   // Every forecast in the entry screen's lists: category by the company's kind, a lodge as
   // property for some, commissions of 10 and 15 percent, projections that agree.
-  Run(db, "CREATE TEMP TABLE demo_lodge AS SELECT ROW_NUMBER() OVER (ORDER BY customer_no) AS rn, customer_no "
+  Run(db, "CREATE TEMP TABLE demo_lodge (rn INTEGER PRIMARY KEY, customer_no INTEGER)");
+  Run(db, "INSERT INTO demo_lodge SELECT ROW_NUMBER() OVER (ORDER BY customer_no), customer_no "
           "FROM kiv_customer_group_member WHERE customer_group_id = 'LODGE'");
   Run(db,
       "UPDATE kiv_customer_forecast SET "

@@ -29,12 +29,13 @@ std::string StateText(RowState state) {
 
 //! A value of the forecast procedure as its cell shows it.
 std::string ValueText(const Variant& value, Kind kind) {
+  // The entry screen's check box has no third state: an unset offer reads as none.
+  if (kind == Kind::kBoolean) return NzBool(value) ? "True" : "False";
   if (value.IsNull() || value.IsEmpty()) return {};
   if (kind == Kind::kDate) {
     const Date date = NzDate(value);
     return date.WholeDays() == 0 ? std::string() : Format(Variant(date), "MM/dd/yyyy");
   }
-  if (kind == Kind::kBoolean) return NzBool(value) ? "True" : "False";
   return NzString(value);
 }
 
