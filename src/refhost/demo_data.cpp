@@ -3,6 +3,7 @@
 // sequences. One transaction, prepared inserts, indexes rebuilt after the load.
 #include "refhost/demo_data.h"
 #include "refhost/demo_data_duplicates.h"
+#include "refhost/demo_data_forecast.h"
 
 #include <sqlite3.h>
 
@@ -747,6 +748,7 @@ DemoSummary BuildDemoData(sqlite3* db, const DemoOptions& options) {
     }
     for (const auto& [name, sql] : indexes) Exec(db, sql);
     AddDemoDuplicates(db, options.seed);
+    BuildForecastAndRentalDemo(db, options.seed);
     Exec(db, "COMMIT");
     Exec(db, "ANALYZE");
     return summary;

@@ -111,6 +111,7 @@ const ProcedureRegistry& ProcedureRegistry::Standard() {
     AddDedupProcedures(r);
     AddAlertProcedures(r);
     AddAboutProcedures(r);
+    AddRentalProcedures(r);
     return r;
   }();
   return registry;

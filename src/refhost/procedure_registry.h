@@ -113,6 +113,7 @@ void AddActivityProcedures(ProcedureRegistry& registry);
 void AddDedupProcedures(ProcedureRegistry& registry);
 void AddAlertProcedures(ProcedureRegistry& registry);
 void AddAboutProcedures(ProcedureRegistry& registry);
+void AddRentalProcedures(ProcedureRegistry& registry);
 
 // Parameter declarations, shortest form.
 ProcedureParam InInt(std::string name);

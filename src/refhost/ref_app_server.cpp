@@ -13,7 +13,8 @@ RefAppServer::RefAppServer(std::shared_ptr<SqliteDatabase> db, std::string user_
       connection_(std::make_shared<SqliteConnection>(db_, user_id_, std::move(password), ProcedureRegistry::Standard(),
                                                      trace_)),
       error_object_(std::make_shared<RefErrorObject>(db_, user_id_, trace_)),
-      settings_(std::make_shared<SqliteSettingsStore>(db_, user_id_, trace_)) {
+      settings_(std::make_shared<SqliteSettingsStore>(db_, user_id_, trace_)),
+      report_service_(std::make_shared<RefReportService>(db_, trace_)) {
   connection_->SetErrorObject(error_object_);
 }
 

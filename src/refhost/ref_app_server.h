@@ -6,6 +6,7 @@
 
 #include "host/app_server.h"
 #include "refhost/ref_error_object.h"
+#include "refhost/ref_report_service.h"
 #include "refhost/sqlite_connection.h"
 #include "refhost/sqlite_settings_store.h"
 
@@ -26,6 +27,9 @@ class RefAppServer : public host::AppServer {
   //! True when kiv_user_permission holds the task code for this user; area and sub-area are not
   //! used to narrow the grant.
   Variant CheckPermission(const std::string& task_code, const std::string& area, const std::string& sub_area) override;
+  //! Report Maintenance and printing over this database; one service for the whole session.
+  std::shared_ptr<host::ReportService> GetReportService() override { return report_service_; }
+  std::shared_ptr<RefReportService> Reports() const { return report_service_; }
 
   const std::string& UserId() const { return user_id_; }
   std::shared_ptr<SqliteConnection> Connection() const { return connection_; }
@@ -38,6 +42,7 @@ class RefAppServer : public host::AppServer {
   std::shared_ptr<SqliteConnection> connection_;
   std::shared_ptr<RefErrorObject> error_object_;
   std::shared_ptr<SqliteSettingsStore> settings_;
+  std::shared_ptr<RefReportService> report_service_;
 };
 
 }  // namespace kiv::refhost

@@ -388,4 +388,47 @@ CREATE TABLE kiv_error_log (
 INSERT INTO kiv_sequence (sequence_name, last_no) VALUES
   ('seq_customer_no', 0), ('seq_address_no', 0), ('seq_forecast_no', 0), ('seq_salesorder_no', 0);
 
+-- Group forecasts and rental contracts: the report definitions Report Maintenance keeps
+-- (a key, the queries the document is filled from, and its HTML template) and the rental
+-- contracts with one line per piece of equipment.
+CREATE TABLE kiv_report_definition (
+  report_key VARCHAR(20) PRIMARY KEY,
+  report_name VARCHAR(60) NOT NULL,
+  file_name VARCHAR(80),
+  parameter_names VARCHAR(200),
+  header_sql TEXT NOT NULL,
+  line_sql TEXT,
+  template TEXT NOT NULL
+);
+
+CREATE TABLE kiv_rental_contract (
+  contract_no INTEGER PRIMARY KEY,
+  customer_no INTEGER NOT NULL,
+  contract_date DATETIME,
+  location_id VARCHAR(10),
+  voucher_no VARCHAR(20),
+  status_id VARCHAR(10),
+  created_by VARCHAR(20)
+);
+CREATE INDEX ix_rental_contract_customer ON kiv_rental_contract (customer_no);
+
+CREATE TABLE kiv_rental_contract_line (
+  contract_no INTEGER NOT NULL,
+  line_no INTEGER NOT NULL,
+  description VARCHAR(80),
+  serial_no VARCHAR(30),
+  dtm_equip_out DATETIME,
+  dtm_return DATETIME,
+  rent_start DATETIME,
+  rent_end DATETIME,
+  days SMALLINT,
+  daily_rate MONEY,
+  amount MONEY,
+  return_location_id VARCHAR(10),
+  din_setting VARCHAR(10),
+  binding VARCHAR(40),
+  status_id VARCHAR(10),
+  PRIMARY KEY (contract_no, line_no)
+);
+
 PRAGMA user_version = 3;

@@ -76,6 +76,8 @@ TEST(ScriptParse, ChecksAreClassifiedByTheirSubject) {
       {"expect host ~ CUSTADD CUSTEDIT ErrorObject.Display", ExpectKind::Host},
       {"expect host !~ RecordTaskActivity", ExpectKind::Host},
       {"expect db \"SELECT count(*) FROM kiv_customer\" >= 1", ExpectKind::Db},
+      {"expect file last ~ \"PEAK TOURS\"", ExpectKind::File},
+      {"expect file group-forecast-12.html !~ <script>", ExpectKind::File},
       {"expect txtLastName.text = SMITH", ExpectKind::Control},
       {"expect fxgCustomers[1,0] ~ TAY", ExpectKind::Control},
       {"expect fxgCustomers.colhidden[6] = true", ExpectKind::Control},
@@ -109,6 +111,8 @@ TEST(ScriptParse, LinesThatAreNotStatementsAreRefusedWithTheirReason) {
       {"expect bError = maybe", "expected: expect bError = true|false"},
       {"expect db \"SELECT 1\" 1", "expected: expect db \"SELECT ...\" OP VALUE"},
       {"expect result maybe", "expected: expect result none"},
+      {"expect file last = TEXT", "expected: expect file PATH|last ~ TEXT or expect file PATH|last !~ TEXT"},
+      {"expect file last ~", "expected: expect file PATH|last ~ TEXT or expect file PATH|last !~ TEXT"},
       {"expect lonely = 1", "\"lonely\" is not something to expect (CTRL.PROP, GRID[ROW,COL], result.PROP, ...)"},
       {"expect msgbox", "expected: expect msgbox \"TEXT\" [\"TITLE\"]"},
   };

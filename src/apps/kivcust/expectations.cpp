@@ -69,6 +69,8 @@ bool Interpreter::DoExpect(const Statement& st) {
       return ExpectHost(st);
     case ExpectKind::Db:
       return ExpectDb(st);
+    case ExpectKind::File:
+      return ExpectFile(st);
     case ExpectKind::Control:
       return ExpectControl(st);
     case ExpectKind::None:

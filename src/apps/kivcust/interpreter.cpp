@@ -21,9 +21,13 @@ std::optional<Statement> ScriptSource::Next() {
 
 Interpreter::Interpreter(Session& session, std::ostream& out) : session_(session), out_(out) {
   session_.Ui().SetDriver(this);
+  session_.on_document = [this](const std::filesystem::path& path) { out_ << "document written: " << path.string() << "\n"; };
 }
 
-Interpreter::~Interpreter() { session_.Ui().SetDriver(nullptr); }
+Interpreter::~Interpreter() {
+  session_.Ui().SetDriver(nullptr);
+  session_.on_document = nullptr;
+}
 
 bool Interpreter::Fail(const std::string& reason) {
   // The first failure is the one reported: a nested line's failure is not replaced by the

@@ -118,6 +118,8 @@ class Interpreter : public ModalDriver {
   bool ExpectControl(const Statement& st);
   bool ExpectDb(const Statement& st);
   bool ExpectHost(const Statement& st);
+  //! expect_file.cpp: a document the reference host wrote, by path or as "last".
+  bool ExpectFile(const Statement& st);
   //! The getter (and setter) of a `result.` path; error text when the path does not resolve.
   struct PropAccess {
     std::function<std::string()> get;

@@ -97,12 +97,18 @@ ExpectKind ClassifyExpect(const Statement& st) {
   else if (lower == "sql") kind = ExpectKind::Sql;
   else if (lower == "db") kind = ExpectKind::Db;
   else if (lower == "host") kind = ExpectKind::Host;
+  else if (lower == "file") kind = ExpectKind::File;
   else if (subject.find_first_of(".[") == std::string::npos || subject.front() == '.' || subject.front() == '[')
     throw SyntaxError(st.line, "\"" + subject + "\" is not something to expect (CTRL.PROP, GRID[ROW,COL], result.PROP, ...)");
   if (kind == ExpectKind::Host) {
     // Texts after the first must be met by later calls, in the order given.
     if (st.args.size() < 3 || !(st.args[1] == "~" || (st.args[1] == "!~" && st.args.size() == 3)))
       throw SyntaxError(st.line, "expected: expect host ~ TEXT [THEN...] or expect host !~ TEXT");
+    return kind;
+  }
+  if (kind == ExpectKind::File) {
+    if (st.args.size() != 4 || (st.args[2] != "~" && st.args[2] != "!~"))
+      throw SyntaxError(st.line, "expected: expect file PATH|last ~ TEXT or expect file PATH|last !~ TEXT");
     return kind;
   }
   if (kind == ExpectKind::Db) {

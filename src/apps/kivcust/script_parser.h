@@ -22,6 +22,7 @@ enum class ExpectKind {
   Sql,         // expect sql ~ TEXT
   Host,        // expect host ~ TEXT [THEN...], expect host !~ TEXT
   Db,          // expect db "SELECT ..." OP VALUE
+  File,        // expect file PATH|last ~ TEXT, expect file PATH|last !~ TEXT
   Control,     // expect CTRL.PROP OP VALUE, GRID[ROW,COL] OP VALUE, GRID.rows OP N, ...
 };
 

@@ -1,7 +1,10 @@
 // One run of the program against one database: the reference host, the signed-in user's
 // application server, the engine, the script Ui, the clock and the trace.
 #pragma once
+#include <filesystem>
+#include <functional>
 #include <memory>
+#include <vector>
 #include <optional>
 #include <string>
 
@@ -54,6 +57,10 @@ class Session {
   const std::shared_ptr<ScriptUi>& UiService() const { return ui_; }
   TraceWriter& Trace() { return trace_; }
   refhost::SqliteDatabase& Database() { return *host_->Database(); }
+  //! The documents the host's services wrote in this session, oldest first.
+  const std::vector<std::filesystem::path>& Documents() const { return documents_; }
+  //! Told the path of each document as it is written.
+  std::function<void(const std::filesystem::path&)> on_document;
 
  private:
   std::shared_ptr<refhost::RefHost> host_;
@@ -64,6 +71,7 @@ class Session {
   TraceWriter trace_;
   std::string user_;
   std::string password_;
+  std::vector<std::filesystem::path> documents_;
 };
 
 }  // namespace kiv::kivcust

@@ -3,9 +3,11 @@
 #include "screens/detail/custom_fields_page.h"
 #include "screens/detail/detail_page.h"
 #include "screens/detail/employer_page.h"
+#include "screens/detail/forecast_page.h"
 #include "screens/detail/frm_customer_detail.h"
 #include "screens/detail/group_membership_page.h"
 #include "screens/detail/household_page.h"
+#include "screens/detail/rental_page.h"
 
 namespace kiv {
 
@@ -16,6 +18,8 @@ void AddDetailPages(frmCustomerDetail& screen) {
   screen.RegisterPage(std::make_unique<EmployerPage>());
   screen.RegisterPage(std::make_unique<CustomFieldsPage>());
   screen.RegisterPage(std::make_unique<GroupMembershipPage>());
+  screen.RegisterPage(ForecastPage::Attached(screen));
+  screen.RegisterPage(RentalPage::Attached(screen));
 }
 
 }  // namespace kiv

@@ -154,6 +154,8 @@ void frmCustomerDetail::ComputeFlags() {
   cmdOk.SetEnabled(may_save);
   cmdSave.SetEnabled(may_save);
   fraRental.SetEnabled(can_edit_profile_);
+  // The forecast report goes with the forecast page: kept from a clerk without the right.
+  mnuReportsForecastReport.SetVisible(!hide_forecasts_);
 }
 
 void frmCustomerDetail::ResetChangeMarkers() {
