@@ -221,6 +221,7 @@ const std::vector<MergeColumn>& MergeColumns() {
       {"kiv_reservation", "customer_no", MergeRule::Move},
       {"kiv_access_product", "customer_no", MergeRule::Move},
       {"kiv_will_call", "customer_no", MergeRule::Move},
+      {"kiv_rental_contract", "customer_no", MergeRule::Move},
   };
   return columns;
 }

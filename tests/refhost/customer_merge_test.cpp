@@ -78,7 +78,7 @@ TEST_F(CustomerMerge, EverythingOfTheMergedCustomerMovesToTheSurvivor) {
   db_->Execute("INSERT INTO kiv_customer_rel (parent_customer_no, child_customer_no, rel_type_id) VALUES "
                "(3, 4, 'CHILD'), (3, 1, 'SPOUSE'), (1, 4, 'CHILD')");
   db_->Execute("INSERT INTO kiv_customer_employer (customer_no, fiscal_year, employer_customer_no) VALUES (3, 2026, 5)");
-  db_->Execute("INSERT INTO kiv_customer_profile (CUSTOMER_NO, shirt_size, lesson_count) VALUES (1, 'M', NULL), "
+  db_->Execute("INSERT INTO kiv_customer_profile (CUSTOMER_NO, PREFERRED_LIFT, LIFETIME_VISITS) VALUES (1, 'M', NULL), "
                "(3, 'XL', 4)");
   db_->Execute("INSERT INTO kiv_customer_alert (customer_no, Allergies) VALUES (3, 'PEANUTS')");
   db_->Execute("INSERT INTO kiv_address (address_no, address_type) VALUES (7, 'PRIMARY'), (8, 'PRIMARY'), "
@@ -112,8 +112,8 @@ TEST_F(CustomerMerge, EverythingOfTheMergedCustomerMovesToTheSurvivor) {
   EXPECT_EQ(Number("SELECT COUNT(*) FROM kiv_customer_rel WHERE parent_customer_no = child_customer_no"), 0);
   EXPECT_EQ(Number("SELECT employer_customer_no FROM kiv_customer_employer WHERE customer_no = 1"), 5);
   // Profile: the survivor keeps its own values and gains the ones it lacked.
-  EXPECT_EQ(NzString(Scalar("SELECT shirt_size FROM kiv_customer_profile WHERE CUSTOMER_NO = 1")), "M");
-  EXPECT_EQ(Number("SELECT lesson_count FROM kiv_customer_profile WHERE CUSTOMER_NO = 1"), 4);
+  EXPECT_EQ(NzString(Scalar("SELECT PREFERRED_LIFT FROM kiv_customer_profile WHERE CUSTOMER_NO = 1")), "M");
+  EXPECT_EQ(Number("SELECT LIFETIME_VISITS FROM kiv_customer_profile WHERE CUSTOMER_NO = 1"), 4);
   // Addresses: a type the survivor lacked joins as secondary; its own primary stays primary.
   EXPECT_EQ(Number("SELECT COUNT(*) FROM kiv_customer_address WHERE customer_no = 1"), 2);
   EXPECT_EQ(Number("SELECT address_no FROM kiv_customer_address WHERE customer_no = 1 AND primary_address <> 0"), 8);
