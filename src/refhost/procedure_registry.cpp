@@ -101,6 +101,8 @@ const ProcedureRegistry& ProcedureRegistry::Standard() {
     AddHouseholdProcedures(r);
     AddCardFileProcedures(r);
     AddActivityProcedures(r);
+    AddReservationProcedures(r);
+    AddAccessProcedures(r);
     return r;
   }();
   return registry;

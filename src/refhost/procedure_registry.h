@@ -103,6 +103,8 @@ void AddHouseholdProcedures(ProcedureRegistry& registry);
 void AddRelationshipProcedures(ProcedureRegistry& registry);
 void AddCardFileProcedures(ProcedureRegistry& registry);
 void AddActivityProcedures(ProcedureRegistry& registry);
+void AddReservationProcedures(ProcedureRegistry& registry);
+void AddAccessProcedures(ProcedureRegistry& registry);
 
 // Parameter declarations, shortest form.
 ProcedureParam InInt(std::string name);

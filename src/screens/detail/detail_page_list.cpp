@@ -1,9 +1,13 @@
 // The pages every detail editor gets. The general page is the editor itself; each other
 // page is one DetailPage class registered here, after the editor's own controls exist.
 #include "screens/detail/detail_page.h"
+#include "screens/detail/access_products_page.h"
 #include "screens/detail/employer_page.h"
 #include "screens/detail/frm_customer_detail.h"
+#include "screens/detail/history_log_page.h"
 #include "screens/detail/household_page.h"
+#include "screens/detail/reservations_page.h"
+#include "screens/detail/will_calls_page.h"
 
 namespace kiv {
 
@@ -12,6 +16,10 @@ void AddDetailPages(frmCustomerDetail& screen) {
   // fields and group memberships share tab 7.
   screen.RegisterPage(std::make_unique<HouseholdPage>());
   screen.RegisterPage(std::make_unique<EmployerPage>());
+  screen.RegisterPage(std::make_unique<AccessProductsPage>());
+  screen.RegisterPage(std::make_unique<HistoryLogPage>(screen));
+  screen.RegisterPage(std::make_unique<WillCallsPage>());
+  screen.RegisterPage(std::make_unique<ReservationsPage>(screen));
 }
 
 }  // namespace kiv
