@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "refhost/demo_data_reservations.h"
 #include "refhost/password_hash.h"
 
 namespace kiv::refhost {
@@ -745,6 +746,7 @@ DemoSummary BuildDemoData(sqlite3* db, const DemoOptions& options) {
       DemoBuilder builder(db, options);
       summary = builder.Build();
     }
+    BuildReservationDemo(db);
     for (const auto& [name, sql] : indexes) Exec(db, sql);
     Exec(db, "COMMIT");
     Exec(db, "ANALYZE");

@@ -67,6 +67,24 @@ bool ReservationStore::Apply(int32_t res_no, const ReservationChange& change, co
   return true;
 }
 
+int32_t ReservationStore::Create(int32_t customer_no, const ReservationChange& values, const std::string& user) {
+  Transaction tx(db_, true);
+  const int32_t res_no = NzLong(db_.QueryValue("SELECT IFNULL(MAX(reservation_no), 0) + 1 FROM kiv_reservation"));
+  db_.Execute(
+      "INSERT INTO kiv_reservation (reservation_no, customer_no, booking_id, arrival_date, departure_date, status_id, "
+      "description) VALUES (?, ?, ?, ?, ?, ?, ?)",
+      {Variant(res_no), Variant(customer_no), Variant("B" + std::to_string(100000 + res_no)), values.res_start,
+       values.res_start, Variant(values.status_id), Variant(values.resource_description)});
+  db_.Execute(
+      "INSERT INTO kiv_reservation_detail (reservation_no, res_header_no, resource_description, comment_note) "
+      "VALUES (?, ?, ?, ?)",
+      {Variant(res_no), Variant(res_no), Variant(values.resource_description), Variant(values.comment_note)});
+  db_.Execute("UPDATE kiv_customer SET has_reservation = 1 WHERE customer_no = ?", {Variant(customer_no)});
+  WriteLog(res_no, user);
+  tx.Commit();
+  return res_no;
+}
+
 bool ReservationStore::SetStatus(int32_t res_no, const std::string& status_id, const std::string& user) {
   ReservationChange change;
   if (!Read(res_no, change)) return false;

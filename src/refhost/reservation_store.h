@@ -30,6 +30,8 @@ class ReservationStore {
   //! Writes the change and its log row in one transaction; false (nothing written) when the
   //! reservation does not exist or the change would leave it as it was.
   bool Apply(int32_t res_no, const ReservationChange& change, const std::string& user);
+  //! A new reservation of the customer, its own header, with its first log row; its number.
+  int32_t Create(int32_t customer_no, const ReservationChange& values, const std::string& user);
   //! Sets only the status; false when it already has it or does not exist.
   bool SetStatus(int32_t res_no, const std::string& status_id, const std::string& user);
   //! Adds the reservation's current state to its log.

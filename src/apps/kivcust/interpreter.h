@@ -111,6 +111,8 @@ class Interpreter : public ModalDriver {
   bool DoAction(const Statement& st);
   bool DoExpect(const Statement& st);
   bool DoDump();
+  //! `register STATE [ID]`: puts this workstation's register in a state (register_statement.cpp).
+  bool DoRegister(const Statement& st);
 
   bool ExpectResult(const Statement& st);
   bool ExpectControl(const Statement& st);

@@ -2,6 +2,8 @@
 // script with a bad line stops before it touches the database.
 #include "apps/kivcust/script_parser.h"
 
+#include "refhost/ref_register_service.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cmath>
@@ -57,6 +59,7 @@ constexpr Shape kShapes[] = {
     {"paste", 2, 2},  {"key", 2, 2},      {"focus", 1, 1},  {"click", 1, 2},   {"choose", 2, 2},
     {"date", 2, 2},   {"select", 2, 2},   {"edit", 4, 4},   {"dblclick", 2, 2}, {"expand", 2, 2},
     {"close", 0, 0},  {"answer", 1, 1},   {"expect", 1, -1}, {"dump", 0, 0},
+    {"register", 1, 2},
 };
 
 const Shape* FindShape(const std::string& verb) {
@@ -130,6 +133,8 @@ void CheckShape(Statement& st) {
     throw SyntaxError(st.line, "\"" + st.args[0] + "\" is not a date (YYYY-MM-DD)");
   if (st.verb == "date" && Lower(st.args[1]) != "none" && !IsIsoDate(st.args[1]))
     throw SyntaxError(st.line, "\"" + st.args[1] + "\" is not a date (YYYY-MM-DD or none)");
+  if (st.verb == "register" && !refhost::RegisterStateFromText(st.args[0]))
+    throw SyntaxError(st.line, "\"" + st.args[0] + "\" is not a register state (none not-installed installed cashed-in)");
   if (st.verb == "set" && Lower(st.args[0]).rfind("result.", 0) != 0)
     throw SyntaxError(st.line, "expected: set result.PROP VALUE");
   if (st.verb == "answer") {
