@@ -171,6 +171,7 @@ std::vector<std::string> SplitWords(std::string_view line, int line_number) {
           case '\\': word += '\\'; break;
           case 't': word += '\t'; break;
           case 'n': word += '\n'; break;
+          case 'r': word += '\r'; break;
           default: throw SyntaxError(line_number, std::string("unknown escape \\") + e);
         }
         continue;

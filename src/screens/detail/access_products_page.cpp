@@ -76,7 +76,7 @@ void AccessProductsPage::Load(frmCustomerDetail& screen) {
   if (screen.tabCustomer.SelectedIndex() == TabIndex()) Render(screen);
 }
 
-void AccessProductsPage::Render(frmCustomerDetail& screen) const {
+void AccessProductsPage::Render(frmCustomerDetail& screen) {
   ui::Grid& products = screen.grdMaster;
   products.SetRows(products.FixedRows());
   screen.grdDetail.SetRows(screen.grdDetail.FixedRows());
@@ -87,7 +87,13 @@ void AccessProductsPage::Render(frmCustomerDetail& screen) const {
     products.SetTextMatrix(row, kColLocked, "");
     products.SetCellChecked(row, kColLocked, locked ? ui::flexChecked : ui::flexUnchecked);
   }
-  if (products.Rows() > products.FixedRows()) products.SetRow(products.FixedRows());
+  if (products.Rows() <= products.FixedRows()) return;
+  // The first product's items show whether or not the current row moved.
+  auto on_row_col_change = std::move(products.on_row_col_change);
+  products.on_row_col_change = nullptr;
+  products.SetRow(products.FixedRows());
+  products.on_row_col_change = std::move(on_row_col_change);
+  RowChanged(screen);
 }
 
 void AccessProductsPage::RowChanged(frmCustomerDetail& screen) {

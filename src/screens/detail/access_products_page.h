@@ -34,7 +34,7 @@ class AccessProductsPage : public DetailPage {
                               const std::string& message);
 
  private:
-  void Render(frmCustomerDetail& screen) const;
+  void Render(frmCustomerDetail& screen);
 
   //! The products as read, tab-joined, Locked as "True" or "False".
   std::vector<std::string> rows_;

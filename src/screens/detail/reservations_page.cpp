@@ -95,7 +95,6 @@ bool ReservationsPage::Showing(const frmCustomerDetail& screen) const {
 
 void ReservationsPage::Reset() {
   rows_.clear();
-  selected_booked_ = false;
 }
 
 void ReservationsPage::LayOutGrids(frmCustomerDetail& screen) const {
@@ -125,8 +124,13 @@ void ReservationsPage::Activate(frmCustomerDetail& screen) {
   const bool can_edit = screen.CanEdit();
   for (ui::CommandButton* b : {&cmdNewReservation, &cmdEditReservation, &cmdBookReservation, &cmdUnbookReservation})
     b->SetEnabled(can_edit);
+  // A click on the row already current moves nothing, yet after a tab switch its log is
+  // not shown: the selection change loads it too, once per row.
   screen.grdMaster.on_row_col_change = [this, &screen] {
     screen.Guard("grdMaster_RowColChange", [&] { RowChanged(screen); });
+  };
+  screen.grdMaster.on_sel_change = [this, &screen] {
+    if (screen.grdMaster.Row() != log_row_) screen.Guard("grdMaster_SelChange", [&] { RowChanged(screen); });
   };
   Render(screen);
 }
@@ -164,13 +168,23 @@ void ReservationsPage::Load(frmCustomerDetail& screen) {
 
 void ReservationsPage::Render(frmCustomerDetail& screen) {
   LayOutGrids(screen);
-  selected_booked_ = false;
+  log_row_ = -1;
   const int tab = tabReservations.SelectedIndex();
   const std::string key = tab > 0 ? tabReservations.TabKey(tab) : std::string();
   ui::Grid& master = screen.grdMaster;
   for (const Row& row : rows_)
     if (row.status == key) master.AddItem(row.text);
-  if (master.Rows() > master.FixedRows()) master.SelectRows({master.FixedRows()});
+  if (master.Rows() <= master.FixedRows()) return;
+  // The selection is made quietly and the row change run once, whether or not the
+  // current row moved.
+  auto on_row_col_change = std::move(master.on_row_col_change);
+  auto on_sel_change = std::move(master.on_sel_change);
+  master.on_row_col_change = nullptr;
+  master.on_sel_change = nullptr;
+  master.SelectRows({master.FixedRows()});
+  master.on_row_col_change = std::move(on_row_col_change);
+  master.on_sel_change = std::move(on_sel_change);
+  RowChanged(screen);
 }
 
 void ReservationsPage::Reload(frmCustomerDetail& screen) { Load(screen); }
@@ -186,7 +200,7 @@ void ReservationsPage::TabSwitched(frmCustomerDetail& screen) {
     if (row.status == key) master.AddItem(row.text);
   ui::Grid& log = screen.grdDetail;
   log.SetRows(log.FixedRows());
-  selected_booked_ = false;
+  log_row_ = -1;
 }
 
 void ReservationsPage::RowChanged(frmCustomerDetail& screen) {
@@ -194,8 +208,8 @@ void ReservationsPage::RowChanged(frmCustomerDetail& screen) {
   ui::Grid& log = screen.grdDetail;
   log.SetRows(log.FixedRows());
   const int row = master.Row();
+  log_row_ = row;
   if (row < master.FixedRows() || row >= master.Rows()) return;
-  selected_booked_ = master.TextMatrix(row, kColStatus) == kBooked;
   std::shared_ptr<host::DBConnection> db = screen.DBConnection();
   if (!db) return;
   host::ProcedureCall call(*db, "KiV_SP_CUSTOMER_GetReservationLog");

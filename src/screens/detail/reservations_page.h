@@ -85,8 +85,8 @@ class ReservationsPage : public DetailPage {
 
   std::vector<Row> rows_;
   bool card_shown_ = false;
-  //! The booked-only commands apply to the row shown in the log.
-  bool selected_booked_ = false;
+  //! The grdMaster row whose log grdDetail shows; -1 when it shows none.
+  int log_row_ = -1;
 };
 
 }  // namespace kiv
