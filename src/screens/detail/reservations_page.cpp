@@ -236,21 +236,30 @@ std::shared_ptr<host::ReservationService> ReservationsPage::Service(const frmCus
   return screen.AppServer() ? screen.AppServer()->GetReservationService() : nullptr;
 }
 
-void ReservationsPage::NewReservation(frmCustomerDetail& screen) {
+bool ReservationsPage::EditReservations(frmCustomerDetail& screen) {
   auto service = Service(screen);
-  if (!service) return;
-  if (service->EditReservations(screen.CustomerNo(), screen.HouseholdNo())) Reload(screen);
+  return service && service->EditReservations(screen.CustomerNo(), screen.HouseholdNo());
+}
+
+bool ReservationsPage::EditReservationByNo(frmCustomerDetail& screen, int32_t res_header_no, int32_t res_no) {
+  auto service = Service(screen);
+  return service && service->EditReservationByNo(screen.CustomerNo(), res_header_no, res_no);
+}
+
+bool ReservationsPage::UnBookReservationByNo(frmCustomerDetail& screen, int32_t res_no) {
+  auto service = Service(screen);
+  return service && service->UnBookReservationByNo(screen.CustomerNo(), res_no);
+}
+
+void ReservationsPage::NewReservation(frmCustomerDetail& screen) {
+  if (EditReservations(screen)) Reload(screen);
 }
 
 void ReservationsPage::EditReservation(frmCustomerDetail& screen) {
-  auto service = Service(screen);
-  if (!service) return;
   const std::vector<int> rows = Selected(screen);
-  const bool changed = rows.size() == 1
-                           ? service->EditReservationByNo(screen.CustomerNo(),
-                                                          CellNumber(screen, rows[0], kColHeaderNo),
-                                                          CellNumber(screen, rows[0], kColResNo))
-                           : service->EditReservations(screen.CustomerNo(), screen.HouseholdNo());
+  const bool changed = rows.size() == 1 ? EditReservationByNo(screen, CellNumber(screen, rows[0], kColHeaderNo),
+                                                              CellNumber(screen, rows[0], kColResNo))
+                                        : EditReservations(screen);
   if (changed) Reload(screen);
 }
 
@@ -281,13 +290,11 @@ void ReservationsPage::BookReservations(frmCustomerDetail& screen) {
   if (rows.empty()) return;
   // One L: a row reading "CANCELLED" (the tab's key) still goes to the editor.
   if (screen.grdMaster.TextMatrix(rows[0], kColStatus) == "CANCELED") return;
-  auto service = Service(screen);
-  if (!service) return;
   const int32_t header_no = CellNumber(screen, rows[0], kColHeaderNo);
   if (header_no != 0)
-    service->EditReservationByNo(screen.CustomerNo(), header_no, CellNumber(screen, rows[0], kColResNo));
+    EditReservationByNo(screen, header_no, CellNumber(screen, rows[0], kColResNo));
   else
-    service->EditReservations(screen.CustomerNo(), screen.HouseholdNo());
+    EditReservations(screen);
   Reload(screen);
 }
 
@@ -303,9 +310,7 @@ void ReservationsPage::UnbookReservation(frmCustomerDetail& screen) {
   if (screen.ui().MsgBox("Are you sure you want to unbook this reservation?",
                          ui::vbYesNo | ui::vbQuestion | ui::vbDefaultButton1, "Confirm UnBook") != ui::vbYes)
     return;
-  auto service = Service(screen);
-  if (!service) return;
-  service->UnBookReservationByNo(screen.CustomerNo(), CellNumber(screen, rows[0], kColResNo));
+  UnBookReservationByNo(screen, CellNumber(screen, rows[0], kColResNo));
   Reload(screen);
 }
 

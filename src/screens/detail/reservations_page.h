@@ -80,6 +80,11 @@ class ReservationsPage : public DetailPage {
   //! The selected data rows of grdMaster.
   static std::vector<int> Selected(const frmCustomerDetail& screen);
   static std::shared_ptr<host::ReservationService> Service(const frmCustomerDetail& screen);
+  // The host's reservation operations; each does nothing and answers false when the host
+  // has no reservation service, and true when something changed.
+  static bool EditReservations(frmCustomerDetail& screen);
+  static bool EditReservationByNo(frmCustomerDetail& screen, int32_t res_header_no, int32_t res_no);
+  static bool UnBookReservationByNo(frmCustomerDetail& screen, int32_t res_no);
   //! The grid's row reads as a number in column `col`; 0 when empty.
   static int32_t CellNumber(const frmCustomerDetail& screen, int row, int col);
 
