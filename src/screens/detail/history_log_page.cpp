@@ -61,7 +61,16 @@ void HistoryLogPage::Load(frmCustomerDetail& screen) {
   call.In("@customer_no", Variant(screen.CustomerNo()));
   host::ScopedRecordset rs = call.Open();
   if (!rs || !rs->IsOpen()) return;
-  const int count = rs->RecordCount();
+  int count = rs->RecordCount();
+  if (count < 0) {
+    // A server cursor that cannot count: the records are counted in passing and read again,
+    // so no more than one copy of a long history is ever held.
+    count = 0;
+    for (; !rs.Eof(); rs->MoveNext()) ++count;
+    rs.Close();
+    rs = call.Open();
+    if (!rs || !rs->IsOpen()) return;
+  }
   constexpr int kQuestion = ui::vbOKCancel | ui::vbQuestion | ui::vbDefaultButton2;
   if (count > kPageSize && screen.ui().MsgBox(FirstQuestion(count), kQuestion, kOverLimitTitle) != ui::vbOK) return;
   GridFill fill = HistoryFill();
