@@ -2,7 +2,6 @@
 // script with a bad line stops before it touches the database.
 #include "apps/kivcust/script_parser.h"
 
-#include "refhost/ref_register_service.h"
 
 #include <algorithm>
 #include <cctype>
@@ -133,7 +132,9 @@ void CheckShape(Statement& st) {
     throw SyntaxError(st.line, "\"" + st.args[0] + "\" is not a date (YYYY-MM-DD)");
   if (st.verb == "date" && Lower(st.args[1]) != "none" && !IsIsoDate(st.args[1]))
     throw SyntaxError(st.line, "\"" + st.args[1] + "\" is not a date (YYYY-MM-DD or none)");
-  if (st.verb == "register" && !refhost::RegisterStateFromText(st.args[0]))
+  static const char* const kRegisterStates[] = {"none", "not-installed", "installed", "cashed-in"};
+  if (st.verb == "register" &&
+      std::find(std::begin(kRegisterStates), std::end(kRegisterStates), st.args[0]) == std::end(kRegisterStates))
     throw SyntaxError(st.line, "\"" + st.args[0] + "\" is not a register state (none not-installed installed cashed-in)");
   if (st.verb == "set" && Lower(st.args[0]).rfind("result.", 0) != 0)
     throw SyntaxError(st.line, "expected: set result.PROP VALUE");
