@@ -80,24 +80,27 @@ void BuildReservationDemo(sqlite3* db) {
       "ON s.seq <= 1 + a.access_no % 3");
   // Histories of every length: the first product's holder past the second question, the
   // second's past the first, one in ninety-seven long, the rest short.
+  // A numbers table keyed by rowid, so that each product reads only its own range of it.
+  Run(db, "CREATE TEMP TABLE demo_n (i INTEGER PRIMARY KEY)");
+  Run(db, "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 320) INSERT INTO demo_n SELECT i FROM n");
   Run(db,
-      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 320) "
       "INSERT INTO kiv_access_history (customer_no, access_no, log_datetime, control_id, trans_type_id, status_id, "
       "units, post_amount, response_type, response_text) "
-      "SELECT a.customer_no, a.access_no, datetime(a.valid_from, '+' || (n.i * 7 / 10) || ' days', "
-      "'+' || (8 + n.i % 8) || ' hours', '+' || (n.i * 13 % 60) || ' minutes'), "
+      "SELECT a.customer_no, a.access_no, datetime(julianday(a.valid_from) + n.i * 7 / 10 + (8 + n.i % 8) / 24.0 + "
+      "(n.i * 13 % 60) / 1440.0), "
       "CASE n.i % 4 WHEN 0 THEN 'LIFT1' WHEN 1 THEN 'GONDOLA' WHEN 2 THEN 'LIFT4' ELSE 'TBAR' END, "
       "CASE WHEN n.i % 25 = 0 THEN 'POST' ELSE 'SCAN' END, CASE WHEN n.i % 31 = 0 THEN 'DENIED' ELSE 'OK' END, 1, "
       "CASE WHEN n.i % 25 = 0 THEN 12.5 ELSE 0 END, CASE WHEN n.i % 31 = 0 THEN 'NO' ELSE 'OK' END, "
       "CASE WHEN n.i % 31 = 0 THEN 'PASS LOCKED' ELSE 'WELCOME' END "
-      "FROM kiv_access_product a JOIN n ON n.i <= CASE WHEN a.access_no = 1 THEN 260 WHEN a.access_no = 2 THEN 130 "
-      "WHEN a.access_no % 97 = 3 THEN 101 + a.access_no % 200 ELSE a.access_no * 7 % 19 END");
+      "FROM kiv_access_product a JOIN demo_n n ON n.i <= CASE WHEN a.access_no = 1 THEN 260 WHEN a.access_no = 2 "
+      "THEN 130 WHEN a.access_no % 97 = 3 THEN 101 + a.access_no % 200 ELSE a.access_no * 7 % 19 END");
+  Run(db, "DROP TABLE demo_n");
   // More will calls wait for pick-up: one per active product that has none yet, every third.
   Run(db,
       "INSERT INTO kiv_will_call (customer_no, access_no, salesorder_no, long_description, valid_date, status_id) "
       "SELECT a.customer_no, a.access_no, a.salesorder_no, a.description || ' PICKUP', a.valid_from, 'WAITING' "
-      "FROM kiv_access_product a WHERE a.status_id = 'ACTIVE' AND a.access_no % 3 = 0 AND NOT EXISTS "
-      "(SELECT 1 FROM kiv_will_call w WHERE w.access_no = a.access_no)");
+      "FROM kiv_access_product a WHERE a.status_id = 'ACTIVE' AND a.access_no % 3 = 0 AND a.access_no NOT IN "
+      "(SELECT access_no FROM kiv_will_call WHERE access_no IS NOT NULL)");
   Run(db, "INSERT OR IGNORE INTO kiv_register_station (computer, register_id, is_installed, is_cashed_in, control_no) "
           "VALUES ('WORKSTATION1', 'REG01', 1, 1, 1001)");
 }
