@@ -86,7 +86,7 @@ void BuildReservationDemo(sqlite3* db) {
   Run(db,
       "INSERT INTO kiv_access_history (customer_no, access_no, log_datetime, control_id, trans_type_id, status_id, "
       "units, post_amount, response_type, response_text) "
-      "SELECT a.customer_no, a.access_no, datetime(julianday(a.valid_from) + n.i * 7 / 10 + (8 + n.i % 8) / 24.0 + "
+      "SELECT a.customer_no, a.access_no, datetime(julianday(a.valid_from) + n.i * 3 / 10 + (8 + n.i % 8) / 24.0 + "
       "(n.i * 13 % 60) / 1440.0), "
       "CASE n.i % 4 WHEN 0 THEN 'LIFT1' WHEN 1 THEN 'GONDOLA' WHEN 2 THEN 'LIFT4' ELSE 'TBAR' END, "
       "CASE WHEN n.i % 25 = 0 THEN 'POST' ELSE 'SCAN' END, CASE WHEN n.i % 31 = 0 THEN 'DENIED' ELSE 'OK' END, 1, "
