@@ -179,5 +179,24 @@ TEST(ReservationsPage, WithoutTheHostsReservationServiceTheCommandsDoNothing) {
   EXPECT_EQ(rig.host.errors->Calls().size(), 0u);
 }
 
+TEST(ReservationsPage, PrintContractPrintsTheSelectedReservationThroughTheReportService) {
+  ReservationRig rig;
+  auto reports = std::make_shared<test::ScriptedReportService>();
+  rig.Select({2});
+  rig.Do(ActionKind::Click, "cmdPrintContract");  // no report service: nothing at all
+  EXPECT_TRUE(rig.ui->Boxes().empty());
+
+  rig.host.app->SetReportService(reports);
+  rig.ui->Answer(ui::vbOK);
+  rig.Do(ActionKind::Click, "cmdPrintContract");
+  EXPECT_EQ(rig.ui->Prompts(),
+            (std::vector<std::string>{"The reservation contract is not set up in Report Maintenance."}));
+  reports->Define("CUST_RES");
+  rig.Do(ActionKind::Click, "cmdPrintContract");
+  ASSERT_EQ(reports->CountOf("PrintReport"), 1u);
+  EXPECT_EQ(reports->Calls().back().args,
+            (std::vector<Variant>{"CUST_RES", "res_no=102", "{kiv_reservation.reservation_no} = 102"}));
+}
+
 }  // namespace
 }  // namespace kiv
