@@ -17,6 +17,8 @@ class DBConnection {
   virtual ~DBConnection() = default;
   virtual std::string UserPassword() = 0;
   virtual std::string UserID() = 0;
+  //! The workstation the connection was made from; empty when the host does not say.
+  virtual std::string ComputerName() { return {}; }
   virtual std::shared_ptr<Recordset> OpenReadOnlyRecordset(const std::string& sql, bool& error) = 0;
   virtual std::shared_ptr<Recordset> OpenForwardReadOnlyRecordset(const std::string& sql, bool& error) = 0;
   virtual std::shared_ptr<Recordset> OpenUpdatableRecordset(const std::string& sql, bool& error) = 0;

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "refhost/demo_data_profile.h"
+#include "refhost/demo_data_reservations.h"
 #include "refhost/password_hash.h"
 
 namespace kiv::refhost {
@@ -746,6 +747,7 @@ DemoSummary BuildDemoData(sqlite3* db, const DemoOptions& options) {
       DemoBuilder builder(db, options);
       summary = builder.Build();
     }
+    BuildReservationDemo(db);
     for (const auto& [name, sql] : indexes) Exec(db, sql);
     AddDemoDuplicates(db, options.seed);
     BuildForecastAndRentalDemo(db, options.seed);

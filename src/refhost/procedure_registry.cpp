@@ -112,6 +112,8 @@ const ProcedureRegistry& ProcedureRegistry::Standard() {
     AddAlertProcedures(r);
     AddAboutProcedures(r);
     AddRentalProcedures(r);
+    AddReservationProcedures(r);
+    AddAccessProcedures(r);
     return r;
   }();
   return registry;

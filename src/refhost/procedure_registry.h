@@ -114,6 +114,8 @@ void AddDedupProcedures(ProcedureRegistry& registry);
 void AddAlertProcedures(ProcedureRegistry& registry);
 void AddAboutProcedures(ProcedureRegistry& registry);
 void AddRentalProcedures(ProcedureRegistry& registry);
+void AddReservationProcedures(ProcedureRegistry& registry);
+void AddAccessProcedures(ProcedureRegistry& registry);
 
 // Parameter declarations, shortest form.
 ProcedureParam InInt(std::string name);

@@ -2,6 +2,9 @@
 #include "refhost/ref_app_server.h"
 
 #include "host/host_error.h"
+#include "refhost/ref_register_service.h"
+#include "refhost/ref_reservation_service.h"
+#include "refhost/ref_will_call_service.h"
 
 namespace kiv::refhost {
 
@@ -43,6 +46,23 @@ Variant RefAppServer::CheckPermission(const std::string& task_code, const std::s
                 {{"task_code", Variant(task_code)}, {"area", Variant(area)}, {"sub_area", Variant(sub_area)}},
                 {{"result", answer}});
   return answer;
+}
+
+std::shared_ptr<host::ReservationService> RefAppServer::GetReservationService() {
+  if (!ui_) return nullptr;
+  if (!reservations_) reservations_ = std::make_shared<RefReservationService>(db_, user_id_, ui_);
+  return reservations_;
+}
+
+std::shared_ptr<host::RegisterService> RefAppServer::GetRegister() {
+  const std::string computer = connection_->ComputerName();
+  if (!RefRegisterService::Exists(*db_, computer)) return nullptr;
+  return std::make_shared<RefRegisterService>(db_, computer);
+}
+
+std::shared_ptr<host::WillCallService> RefAppServer::CreateWillCall() {
+  if (!ui_) return nullptr;
+  return std::make_shared<RefWillCallService>(db_, user_id_, ui_, trace_);
 }
 
 }  // namespace kiv::refhost

@@ -9,6 +9,7 @@
 #include "refhost/ref_report_service.h"
 #include "refhost/sqlite_connection.h"
 #include "refhost/sqlite_settings_store.h"
+#include "ui/ui.h"
 
 namespace kiv::refhost {
 
@@ -31,6 +32,15 @@ class RefAppServer : public host::AppServer {
   std::shared_ptr<host::ReportService> GetReportService() override { return report_service_; }
   std::shared_ptr<RefReportService> Reports() const { return report_service_; }
 
+  //! The reservation editor of the reference host; null until a Ui to show it is given.
+  std::shared_ptr<host::ReservationService> GetReservationService() override;
+  //! The register of the connection's workstation; null when the workstation has none.
+  std::shared_ptr<host::RegisterService> GetRegister() override;
+  //! A new will-call screen; null until a Ui to show it is given.
+  std::shared_ptr<host::WillCallService> CreateWillCall() override;
+  //! Where the reference host's own screens are shown.
+  void SetUi(std::shared_ptr<ui::Ui> ui) { ui_ = std::move(ui); }
+
   const std::string& UserId() const { return user_id_; }
   std::shared_ptr<SqliteConnection> Connection() const { return connection_; }
   std::shared_ptr<RefErrorObject> Errors() const { return error_object_; }
@@ -43,6 +53,8 @@ class RefAppServer : public host::AppServer {
   std::shared_ptr<RefErrorObject> error_object_;
   std::shared_ptr<SqliteSettingsStore> settings_;
   std::shared_ptr<RefReportService> report_service_;
+  std::shared_ptr<ui::Ui> ui_;
+  std::shared_ptr<host::ReservationService> reservations_;
 };
 
 }  // namespace kiv::refhost

@@ -431,4 +431,104 @@ CREATE TABLE kiv_rental_contract_line (
   PRIMARY KEY (contract_no, line_no)
 );
 
+-- Reservations, access products, history log and will calls: the side of each
+-- reservation the activity pages show, its change log, the items and uses of access
+-- products, their lock state, and the register of each workstation.
+CREATE TABLE kiv_reservation_detail (
+  reservation_no INTEGER PRIMARY KEY,
+  res_header_no INTEGER NOT NULL,
+  resource_description VARCHAR(60),
+  mountain_id VARCHAR(10),
+  loc_description VARCHAR(60),
+  employee_name VARCHAR(60),
+  requested BIT NOT NULL DEFAULT 0,
+  salesorder_line_no INTEGER,
+  -- Only the masked number and the last four digits of the guaranteeing card.
+  x_card_no VARCHAR(20),
+  last_four VARCHAR(4),
+  exp_date VARCHAR(10),
+  lodge_customer_no INTEGER,
+  phone VARCHAR(30),
+  coordinator_comment TEXT,
+  comment_note TEXT
+);
+CREATE INDEX ix_reservation_detail_header ON kiv_reservation_detail (res_header_no);
+
+CREATE TABLE kiv_reservation_log (
+  log_no INTEGER PRIMARY KEY,
+  reservation_no INTEGER NOT NULL,
+  log_datetime DATETIME NOT NULL,
+  kiv_user VARCHAR(20),
+  res_start DATETIME,
+  status_id VARCHAR(10),
+  resource_description VARCHAR(60),
+  mountain_id VARCHAR(10),
+  loc_description VARCHAR(60),
+  employee_name VARCHAR(60),
+  requested BIT NOT NULL DEFAULT 0,
+  salesorder_no INTEGER,
+  salesorder_line_no INTEGER,
+  x_card_no VARCHAR(20),
+  last_four VARCHAR(4),
+  exp_date VARCHAR(10),
+  lodge_customer_no INTEGER,
+  phone VARCHAR(30),
+  coordinator_comment TEXT,
+  comment_note TEXT
+);
+CREATE INDEX ix_reservation_log_reservation ON kiv_reservation_log (reservation_no, log_no);
+
+CREATE TABLE kiv_access_item (
+  access_no INTEGER NOT NULL,
+  seq_no INTEGER NOT NULL,
+  salesorder_no INTEGER,
+  unit_id VARCHAR(20),
+  long_description VARCHAR(80),
+  is_active BIT NOT NULL DEFAULT 1,
+  units_sold INTEGER NOT NULL DEFAULT 0,
+  units_refunded INTEGER NOT NULL DEFAULT 0,
+  units_used INTEGER NOT NULL DEFAULT 0,
+  units_available INTEGER NOT NULL DEFAULT 0,
+  sales_amount MONEY,
+  refund_amount MONEY,
+  value_amount MONEY,
+  trans_type_id VARCHAR(20),
+  PRIMARY KEY (access_no, seq_no)
+);
+
+-- A product without a row here is unlocked.
+CREATE TABLE kiv_access_lock (
+  access_no INTEGER PRIMARY KEY,
+  is_locked BIT NOT NULL DEFAULT 0,
+  message VARCHAR(255),
+  changed_by VARCHAR(20),
+  changed_on DATETIME,
+  computer VARCHAR(40)
+);
+
+CREATE TABLE kiv_access_history (
+  history_no INTEGER PRIMARY KEY,
+  customer_no INTEGER NOT NULL,
+  access_no INTEGER NOT NULL,
+  log_datetime DATETIME NOT NULL,
+  control_id VARCHAR(20),
+  trans_type_id VARCHAR(20),
+  status_id VARCHAR(10),
+  units INTEGER,
+  post_amount MONEY,
+  response_type VARCHAR(10),
+  response_text VARCHAR(80)
+);
+CREATE INDEX ix_access_history_customer ON kiv_access_history (customer_no, log_datetime);
+
+-- The register of each workstation, by the computer name its connection reports; a
+-- workstation without a row has no register.
+CREATE TABLE kiv_register_station (
+  computer VARCHAR(40) PRIMARY KEY COLLATE NOCASE,
+  register_id VARCHAR(20),
+  is_installed BIT NOT NULL DEFAULT 0,
+  is_cashed_in BIT NOT NULL DEFAULT 0,
+  control_no INTEGER NOT NULL DEFAULT 0
+);
+
 PRAGMA user_version = 3;

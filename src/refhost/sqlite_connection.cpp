@@ -2,6 +2,7 @@
 // one-statement and read-only rules, run, traced, and on failure shown and flagged.
 #include "refhost/sqlite_connection.h"
 
+#include <cstdlib>
 #include <sqlite3.h>
 
 #include "core/text.h"
@@ -406,6 +407,16 @@ void SqliteConnection::ExecuteCommand(const std::shared_ptr<host::Command>& comm
 std::shared_ptr<host::Recordset> SqliteConnection::cmdOpenForwardReadOnlyRecordset(
     const std::shared_ptr<host::Command>& command, bool& error, Variant& /*extra*/) {
   return RunCommand("cmdOpenForwardReadOnlyRecordset", command, true, error);
+}
+
+}  // namespace kiv::refhost
+
+namespace kiv::refhost {
+
+std::string SqliteConnection::ComputerName() {
+  // One program is one workstation; several terminals on one database name themselves.
+  const char* name = std::getenv("KIVCUST_COMPUTER");
+  return name != nullptr && *name != '\0' ? std::string(name) : std::string("WORKSTATION1");
 }
 
 }  // namespace kiv::refhost

@@ -32,6 +32,8 @@ class SqliteConnection : public host::DBConnection {
 
   std::string UserPassword() override { return password_; }
   std::string UserID() override { return user_id_; }
+  //! The workstation's name: KIVCUST_COMPUTER from the environment, else "WORKSTATION1".
+  std::string ComputerName() override;
   //! A query that writes, or more than one statement, is refused: flag set, failure shown.
   std::shared_ptr<host::Recordset> OpenReadOnlyRecordset(const std::string& sql, bool& error) override;
   std::shared_ptr<host::Recordset> OpenForwardReadOnlyRecordset(const std::string& sql, bool& error) override;

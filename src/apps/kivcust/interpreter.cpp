@@ -75,6 +75,8 @@ bool Interpreter::Execute(const Statement& st) {
     } else if (st.verb == "today") {
       session_.SetToday(ParseDate(st.args[0]));
       ok = true;
+    } else if (st.verb == "register") {
+      ok = DoRegister(st);
     } else if (st.verb == "call") {
       ok = DoCall(st);
     } else if (st.verb == "set") {

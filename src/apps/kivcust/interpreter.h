@@ -113,6 +113,8 @@ class Interpreter : public ModalDriver {
   bool DoDump();
   //! `schema "ALTER TABLE ..."`: the site's own change of its database, run straight on the file.
   bool DoSchema(const Statement& st);
+  //! `register STATE [ID]`: puts this workstation's register in a state (register_statement.cpp).
+  bool DoRegister(const Statement& st);
 
   bool ExpectResult(const Statement& st);
   bool ExpectControl(const Statement& st);

@@ -72,6 +72,7 @@ class PromptSource : public StatementSource {
 void PrintHelp(std::ostream& out) {
   out << "statements (one a line; quote text with blanks; # starts a comment):\n"
          "  as USER [PASSWORD] | today YYYY-MM-DD\n"
+         "  register none|not-installed|installed|cashed-in [REGISTER_ID]   this workstation's register\n"
          "  call OpenCustomer N | ShowCustomer N|result | SelectCustomer [tab=T] [group=G] [spawn] [autoreturn]\n"
          "  call ShowSearchCustomer | call NewCustomer [P|C] | call result.METHOD [ARGS]\n"
          "  set result.PROP VALUE      (also result.address[TYPE].PROP, result.PrimaryAddress.PROP)\n"

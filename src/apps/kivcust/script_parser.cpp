@@ -2,6 +2,7 @@
 // script with a bad line stops before it touches the database.
 #include "apps/kivcust/script_parser.h"
 
+
 #include <algorithm>
 #include <cctype>
 #include <cmath>
@@ -58,6 +59,7 @@ constexpr Shape kShapes[] = {
     {"date", 2, 2},   {"select", 2, 2},   {"edit", 4, 4},   {"dblclick", 2, 2}, {"expand", 2, 2},
     {"close", 0, 0},  {"answer", 1, 1},   {"expect", 1, -1}, {"dump", 0, 0},
     {"schema", 1, 1},
+    {"register", 1, 2},
 };
 
 const Shape* FindShape(const std::string& verb) {
@@ -156,6 +158,10 @@ void CheckShape(Statement& st) {
     throw SyntaxError(st.line, "\"" + st.args[1] + "\" is not a date (YYYY-MM-DD or none)");
   if (st.verb == "schema" && !IsSiteColumnChange(st.args[0]))
     throw SyntaxError(st.line, "expected: schema \"ALTER TABLE kiv_... ADD COLUMN ...\"");
+  static const char* const kRegisterStates[] = {"none", "not-installed", "installed", "cashed-in"};
+  if (st.verb == "register" &&
+      std::find(std::begin(kRegisterStates), std::end(kRegisterStates), st.args[0]) == std::end(kRegisterStates))
+    throw SyntaxError(st.line, "\"" + st.args[0] + "\" is not a register state (none not-installed installed cashed-in)");
   if (st.verb == "set" && Lower(st.args[0]).rfind("result.", 0) != 0)
     throw SyntaxError(st.line, "expected: set result.PROP VALUE");
   if (st.verb == "answer") {
@@ -192,6 +198,7 @@ std::vector<std::string> SplitWords(std::string_view line, int line_number) {
           case '\\': word += '\\'; break;
           case 't': word += '\t'; break;
           case 'n': word += '\n'; break;
+          case 'r': word += '\r'; break;
           default: throw SyntaxError(line_number, std::string("unknown escape \\") + e);
         }
         continue;

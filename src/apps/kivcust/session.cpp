@@ -35,6 +35,7 @@ void Session::SignIn(const std::string& user, const std::string& password) {
       documents_.push_back(path);
       if (on_document) on_document(path);
     };
+  if (auto ref = std::dynamic_pointer_cast<refhost::RefAppServer>(app_server)) ref->SetUi(ui_);
   auto engine = std::make_shared<CCustEngine>();
   engine->SetUi(ui_);
   InstallComponentScreens(*engine);

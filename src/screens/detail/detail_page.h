@@ -39,6 +39,9 @@ class DetailPage {
   //! runs on every switch to its tab, after the editor has hidden the buttons and cleared
   //! the grids.
   virtual void Activate(frmCustomerDetail& screen) = 0;
+  //! The editor is switching away from the page's tab: hides whatever the page added to the
+  //! editor beside the shared buttons and grids.
+  virtual void Deactivate(frmCustomerDetail&) {}
   //! Reads the page's list from the database; the editor calls it the first time the tab
   //! is shown after filling or after Refresh. Drops unsaved changes.
   virtual void Load(frmCustomerDetail& screen) = 0;

@@ -2,12 +2,17 @@
 // page is one DetailPage class registered here, after the editor's own controls exist.
 #include "screens/detail/custom_fields_page.h"
 #include "screens/detail/detail_page.h"
+#include "screens/detail/access_products_page.h"
 #include "screens/detail/employer_page.h"
 #include "screens/detail/forecast_page.h"
 #include "screens/detail/frm_customer_detail.h"
 #include "screens/detail/group_membership_page.h"
 #include "screens/detail/household_page.h"
 #include "screens/detail/rental_page.h"
+#include "screens/detail/history_log_page.h"
+#include "screens/detail/household_page.h"
+#include "screens/detail/reservations_page.h"
+#include "screens/detail/will_calls_page.h"
 
 namespace kiv {
 
@@ -20,6 +25,10 @@ void AddDetailPages(frmCustomerDetail& screen) {
   screen.RegisterPage(std::make_unique<GroupMembershipPage>());
   screen.RegisterPage(ForecastPage::Attached(screen));
   screen.RegisterPage(RentalPage::Attached(screen));
+  screen.RegisterPage(std::make_unique<AccessProductsPage>());
+  screen.RegisterPage(std::make_unique<HistoryLogPage>(screen));
+  screen.RegisterPage(std::make_unique<WillCallsPage>());
+  screen.RegisterPage(std::make_unique<ReservationsPage>(screen));
 }
 
 }  // namespace kiv

@@ -35,6 +35,8 @@ void frmCustomerDetail::OnCustomerTabClick() {
 }
 
 void frmCustomerDetail::ShowPage(int tab_index) {
+  for (auto& page : pages_)
+    if (page->TabIndex() == active_tab_ && active_tab_ != tab_index) page->Deactivate(*this);
   active_tab_ = tab_index;
   picGeneral.SetVisible(tab_index == kTabGeneral);
   for (ui::CommandButton* b : {&cmdButton1, &cmdButton2, &cmdButton3, &cmdEmployeerLookup, &cmdEmployerClear}) {
