@@ -222,6 +222,9 @@ const std::vector<MergeColumn>& MergeColumns() {
       {"kiv_access_product", "customer_no", MergeRule::Move},
       {"kiv_will_call", "customer_no", MergeRule::Move},
       {"kiv_rental_contract", "customer_no", MergeRule::Move},
+      {"kiv_access_history", "customer_no", MergeRule::Move},
+      {"kiv_reservation_detail", "lodge_customer_no", MergeRule::Move},
+      {"kiv_reservation_log", "lodge_customer_no", MergeRule::Move},
   };
   return columns;
 }

@@ -58,6 +58,20 @@ constexpr const char* kRentalTemplate = R"(<h1>Rental Contract {{contract_no}}</
 </table>
 <p class="muted">{{line_count}} item(s). The renter is responsible for the equipment until it is returned.</p>)";
 
+constexpr const char* kReservationTemplate = R"(<h1>Reservation Contract {{reservation_no}}</h1>
+<table>
+<tr><th>Guest</th><td>{{customer_name}}</td><th>Customer #</th><td>{{customer_no}}</td></tr>
+<tr><th>Booking</th><td>{{booking_id}}</td><th>Status</th><td>{{status_id}}</td></tr>
+<tr><th>Arrival</th><td>{{arrival_date|date}}</td><th>Departure</th><td>{{departure_date|date}}</td></tr>
+<tr><th>Reserved</th><td colspan="3">{{description}}</td></tr>
+</table>
+<h2>History</h2>
+<table>
+<tr><th>When</th><th>By</th><th>Status</th><th>Start</th><th>Resource</th><th>Card</th><th>Comment</th></tr>
+{{#lines}}<tr><td>{{log_datetime|datetime}}</td><td>{{kiv_user}}</td><td>{{status_id}}</td><td>{{res_start|datetime}}</td><td>{{resource_description}}</td><td>{{x_card_no}}</td><td>{{comment_note}}</td></tr>
+{{/lines}}</table>
+<p class="muted">The guest agrees to the resort's cancellation terms for this reservation.</p>)";
+
 const std::string* FindField(const ReportRecord& record, std::string_view name) {
   for (const auto& [field, value] : record)
     if (EqualsNoCase(field, name)) return &value;
@@ -166,6 +180,10 @@ const std::vector<ReportDefinition>& StandardReportDefinitions() {
        "FROM kiv_rental_contract r JOIN kiv_customer c ON c.customer_no = r.customer_no "
        "WHERE r.contract_no = :contract_no AND (:customer_no IS NULL OR r.customer_no = :customer_no)",
        "SELECT * FROM kiv_rental_contract_line WHERE contract_no = :contract_no ORDER BY line_no", kRentalTemplate},
+      {"CUST_RES", "Reservation Contract", "reservation-contract", "res_no",
+       "SELECT r.*, c.full_name AS customer_name FROM kiv_reservation r "
+       "JOIN kiv_customer c ON c.customer_no = r.customer_no WHERE r.reservation_no = :res_no",
+       "SELECT * FROM kiv_reservation_log WHERE reservation_no = :res_no ORDER BY log_no", kReservationTemplate},
   };
   return definitions;
 }
