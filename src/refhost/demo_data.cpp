@@ -2,6 +2,7 @@
 // time (each customer's addresses, links and side rows written as it is made), then the
 // sequences. One transaction, prepared inserts, indexes rebuilt after the load.
 #include "refhost/demo_data.h"
+#include "refhost/demo_data_money.h"
 
 #include <sqlite3.h>
 
@@ -717,6 +718,7 @@ DemoSummary DemoBuilder::Build() {
                 " WHERE sequence_name = 'seq_forecast_no'");
   Exec(db_, "UPDATE kiv_sequence SET last_no = " + std::to_string(next_order_ - 1) +
                 " WHERE sequence_name = 'seq_salesorder_no'");
+  BuildMoneyDemo(db_, options_.seed);
   return summary_;
 }
 

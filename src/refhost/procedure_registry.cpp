@@ -69,6 +69,12 @@ void ProcedureCall::ReturnRows(const std::string& sql, const std::vector<Variant
   has_rows_ = true;
 }
 
+void ProcedureCall::ReturnMoreRows(const std::string& sql, const std::vector<Variant>& args) {
+  StatementLease lease = db_.Prepare(sql);
+  for (size_t i = 0; i < args.size(); ++i) BindVariant(lease.get(), static_cast<int>(i + 1), args[i]);
+  more_rows_.push_back(ReadRowSet(db_, lease));
+}
+
 void ProcedureCall::Raise(const std::string& description) const { throw HostError(kErrDatabase, description); }
 
 void ProcedureRegistry::Add(Procedure procedure) {
@@ -101,6 +107,7 @@ const ProcedureRegistry& ProcedureRegistry::Standard() {
     AddHouseholdProcedures(r);
     AddCardFileProcedures(r);
     AddActivityProcedures(r);
+    AddMoneyProcedures(r);
     return r;
   }();
   return registry;

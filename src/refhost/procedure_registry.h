@@ -53,6 +53,10 @@ class ProcedureCall {
   void ReturnRows(const std::string& sql, const std::vector<Variant>& args = {});
   RowSet& Rows() { return rows_; }
   bool HasRows() const { return has_rows_; }
+  //! A further result set after the first (a procedure answering several selects): the
+  //! recordset of the call hands them out, in this order, through NextRecordset.
+  void ReturnMoreRows(const std::string& sql, const std::vector<Variant>& args = {});
+  std::vector<RowSet>& MoreRows() { return more_rows_; }
 
   //! Fails the call: the transaction is rolled back and the caller's error flag set.
   [[noreturn]] void Raise(const std::string& description) const;
@@ -68,6 +72,7 @@ class ProcedureCall {
   std::vector<Variant> values_;
   RowSet rows_;
   bool has_rows_ = false;
+  std::vector<RowSet> more_rows_;
 };
 
 struct Procedure {
@@ -103,6 +108,7 @@ void AddHouseholdProcedures(ProcedureRegistry& registry);
 void AddRelationshipProcedures(ProcedureRegistry& registry);
 void AddCardFileProcedures(ProcedureRegistry& registry);
 void AddActivityProcedures(ProcedureRegistry& registry);
+void AddMoneyProcedures(ProcedureRegistry& registry);
 
 // Parameter declarations, shortest form.
 ProcedureParam InInt(std::string name);

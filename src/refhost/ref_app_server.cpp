@@ -2,6 +2,8 @@
 #include "refhost/ref_app_server.h"
 
 #include "host/host_error.h"
+#include "refhost/ref_card_entry.h"
+#include "refhost/ref_invoicing_service.h"
 
 namespace kiv::refhost {
 
@@ -42,6 +44,18 @@ Variant RefAppServer::CheckPermission(const std::string& task_code, const std::s
                 {{"task_code", Variant(task_code)}, {"area", Variant(area)}, {"sub_area", Variant(sub_area)}},
                 {{"result", answer}});
   return answer;
+}
+
+std::shared_ptr<host::InvoicingService> RefAppServer::GetInvoicingService() {
+  if (!invoicing_) invoicing_ = std::make_shared<RefInvoicingService>(db_, user_id_, trace_);
+  return invoicing_;
+}
+
+std::shared_ptr<host::CardEntryControl> RefAppServer::CreateCardEntry() {
+  auto entry = std::make_shared<RefCardEntry>(trace_);
+  if (ui_) entry->SetUi(ui_);
+  entry->SetToday([db = db_] { return db->Now(); });
+  return entry;
 }
 
 }  // namespace kiv::refhost

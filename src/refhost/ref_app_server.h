@@ -8,6 +8,7 @@
 #include "refhost/ref_error_object.h"
 #include "refhost/sqlite_connection.h"
 #include "refhost/sqlite_settings_store.h"
+#include "ui/ui.h"
 
 namespace kiv::refhost {
 
@@ -27,6 +28,13 @@ class RefAppServer : public host::AppServer {
   //! used to narrow the grant.
   Variant CheckPermission(const std::string& task_code, const std::string& area, const std::string& sub_area) override;
 
+  //! The invoicing of sales-order lines (one per application server).
+  std::shared_ptr<host::InvoicingService> GetInvoicingService() override;
+  //! A new manual card-entry control, shown through the Ui given by SetUi.
+  std::shared_ptr<host::CardEntryControl> CreateCardEntry() override;
+  //! The Ui the reference host's own screens are shown through.
+  void SetUi(std::shared_ptr<ui::Ui> ui) { ui_ = std::move(ui); }
+
   const std::string& UserId() const { return user_id_; }
   std::shared_ptr<SqliteConnection> Connection() const { return connection_; }
   std::shared_ptr<RefErrorObject> Errors() const { return error_object_; }
@@ -38,6 +46,8 @@ class RefAppServer : public host::AppServer {
   std::shared_ptr<SqliteConnection> connection_;
   std::shared_ptr<RefErrorObject> error_object_;
   std::shared_ptr<SqliteSettingsStore> settings_;
+  std::shared_ptr<host::InvoicingService> invoicing_;
+  std::shared_ptr<ui::Ui> ui_;
 };
 
 }  // namespace kiv::refhost

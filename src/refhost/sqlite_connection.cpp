@@ -380,7 +380,9 @@ std::shared_ptr<host::Recordset> SqliteConnection::RunCommand(const char* operat
     }
     Emit(event);
     if (!want_rows) return nullptr;
-    return std::make_shared<SqliteRecordset>(std::move(call.Rows()), SqliteRecordset::Mode::ForwardOnly);
+    auto recordset = std::make_shared<SqliteRecordset>(std::move(call.Rows()), SqliteRecordset::Mode::ForwardOnly);
+    recordset->SetFollowing(std::move(call.MoreRows()));
+    return recordset;
   } catch (const HostError& e) {
     error = true;
     Fail(event, e.number, e.description, command);

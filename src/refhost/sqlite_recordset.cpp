@@ -228,4 +228,15 @@ void SqliteRecordset::Close() {
   open_ = false;
 }
 
+std::shared_ptr<host::Recordset> SqliteRecordset::NextRecordset() {
+  CheckOpen();
+  open_ = false;
+  if (following_.empty()) return nullptr;
+  auto next = std::make_shared<SqliteRecordset>(std::move(following_.front()), Mode::ForwardOnly);
+  following_.erase(following_.begin());
+  next->SetFollowing(std::move(following_));
+  following_.clear();
+  return next;
+}
+
 }  // namespace kiv::refhost

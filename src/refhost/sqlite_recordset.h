@@ -39,7 +39,11 @@ class SqliteRecordset : public host::Recordset {
   //! Deletes the current row at once; the next row becomes current.
   void Delete() override;
   void Close() override;
-  std::shared_ptr<host::Recordset> NextRecordset() override { return nullptr; }
+  //! The next result set of a procedure that answered several; null after the last. This
+  //! recordset is closed, as a server's is when its client moves on.
+  std::shared_ptr<host::Recordset> NextRecordset() override;
+  //! The result sets that follow this one, in order.
+  void SetFollowing(std::vector<RowSet> following) { following_ = std::move(following); }
 
   // For the fields.
   const ColumnInfo& Column(int column) const { return rows_.columns[static_cast<size_t>(column)]; }
@@ -65,6 +69,7 @@ class SqliteRecordset : public host::Recordset {
   uint64_t generation_ = 1;
   bool adding_ = false;        // the current row is a new one not yet written
   std::set<int> dirty_;        // columns assigned on the current row since the last Update
+  std::vector<RowSet> following_;
 };
 
 }  // namespace kiv::refhost

@@ -2,6 +2,7 @@
 // then the trace, then the user and the engine.
 #include "apps/kivcust/session.h"
 
+#include "refhost/ref_app_server.h"
 #include "screens/component_screens.h"
 
 namespace kiv::kivcust {
@@ -29,6 +30,8 @@ Session::~Session() {
 
 void Session::SignIn(const std::string& user, const std::string& password) {
   auto app_server = host_->SignIn(user, password);
+  // The reference host's own screens (card entry) are driven like the component's.
+  if (auto ref = std::dynamic_pointer_cast<refhost::RefAppServer>(app_server)) ref->SetUi(ui_);
   auto engine = std::make_shared<CCustEngine>();
   engine->SetUi(ui_);
   InstallComponentScreens(*engine);
