@@ -4,6 +4,9 @@
 #include "screens/detail/employer_page.h"
 #include "screens/detail/frm_customer_detail.h"
 #include "screens/detail/household_page.h"
+#include "screens/detail/account_page.h"
+#include "screens/detail/invoice_history_page.h"
+#include "screens/detail/sales_page.h"
 
 namespace kiv {
 
@@ -12,6 +15,9 @@ void AddDetailPages(frmCustomerDetail& screen) {
   // fields and group memberships share tab 7.
   screen.RegisterPage(std::make_unique<HouseholdPage>());
   screen.RegisterPage(std::make_unique<EmployerPage>());
+  screen.RegisterPage(std::make_unique<SalesPage>());
+  screen.RegisterPage(std::make_unique<AccountPage>(screen));
+  screen.RegisterPage(std::make_unique<InvoiceHistoryPage>(screen));
 }
 
 }  // namespace kiv
