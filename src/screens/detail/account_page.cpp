@@ -60,8 +60,8 @@ AccountPage::AccountPage(frmCustomerDetail& screen)
     if (selecting_) return;
     screen.Guard("tabAccountType_Click", [&] { ShowView(screen, tabAccountType.SelectedKey()); });
   };
-  vsfAccountPayments.on_row_col_change = [this, &screen] {
-    screen.Guard("vsfAccountPayments_RowColChange", [&] { ShowPaymentLines(screen); });
+  vsfAccountPayments.on_sel_change = [this, &screen] {
+    screen.Guard("vsfAccountPayments_SelChange", [&] { ShowPaymentLines(screen); });
   };
   WireCardGrid(screen);
 }
