@@ -116,6 +116,7 @@ class Interpreter : public ModalDriver {
   bool ExpectControl(const Statement& st);
   bool ExpectDb(const Statement& st);
   bool ExpectHost(const Statement& st);
+  bool ExpectNoCardNumbers();
   //! The getter (and setter) of a `result.` path; error text when the path does not resolve.
   struct PropAccess {
     std::function<std::string()> get;

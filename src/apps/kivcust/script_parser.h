@@ -22,6 +22,7 @@ enum class ExpectKind {
   Sql,         // expect sql ~ TEXT
   Host,        // expect host ~ TEXT [THEN...], expect host !~ TEXT
   Db,          // expect db "SELECT ..." OP VALUE
+  NoCardNumbers,  // expect nocardnumbers: none in the database file, its log or the trace
   Control,     // expect CTRL.PROP OP VALUE, GRID[ROW,COL] OP VALUE, GRID.rows OP N, ...
 };
 
