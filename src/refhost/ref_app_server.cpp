@@ -47,7 +47,11 @@ Variant RefAppServer::CheckPermission(const std::string& task_code, const std::s
 }
 
 std::shared_ptr<host::InvoicingService> RefAppServer::GetInvoicingService() {
-  if (!invoicing_) invoicing_ = std::make_shared<RefInvoicingService>(db_, user_id_, trace_);
+  if (!invoicing_) {
+    auto invoicing = std::make_shared<RefInvoicingService>(db_, user_id_, trace_);
+    if (ui_) invoicing->SetUi(ui_);
+    invoicing_ = std::move(invoicing);
+  }
   return invoicing_;
 }
 

@@ -9,7 +9,9 @@
 
 #include "host/suite_services.h"
 #include "refhost/sqlite_database.h"
+#include "refhost/ref_invoice_payment_form.h"
 #include "refhost/trace.h"
+#include "ui/ui.h"
 
 namespace kiv::refhost {
 
@@ -28,10 +30,25 @@ class RefInvoicingService : public host::InvoicingService {
 
   //! The invoice the last successful InvoiceAndPay wrote; 0 before.
   int32_t LastInvoiceNo() const { return last_invoice_no_; }
+  //! With a Ui, InvoiceAndPay asks how to pay on its payment screen (Cancel invoices
+  //! nothing); without one it pays the way the screen would propose.
+  void SetUi(std::shared_ptr<ui::Ui> ui) { ui_ = std::move(ui); }
+  frmInvoicePayment& PaymentForm() { return form_; }
 
  private:
-  //! The payment: the newest active card on file, else the house account, else cash.
-  void Pay(int32_t customer_no, int32_t invoice_no, double amount);
+  //! One way to pay: "CC<seq>" for a card on file, "ACCT", "CASH" or "CHECK".
+  struct PayChoice {
+    std::string key, text;
+  };
+  //! The customer's active cards (newest first), the house account, cash and check.
+  std::vector<PayChoice> Choices(int32_t customer_no) const;
+  //! The order is the customer's (or placed for them) and every line set up is on it and not
+  //! invoiced yet; `total` receives what the lines come to.
+  bool Invoiceable(int32_t customer_no, int32_t salesorder_no, double& total) const;
+  //! The key of the choice to pay with, after asking on the payment screen when there is a
+  //! Ui; empty when the clerk cancelled.
+  std::string AskHowToPay(int32_t customer_no, int32_t salesorder_no, double total);
+  void Pay(int32_t customer_no, int32_t invoice_no, double amount, const std::string& how);
   bool Invoice(int32_t customer_no, int32_t salesorder_no);
 
   std::shared_ptr<SqliteDatabase> db_;
@@ -40,6 +57,8 @@ class RefInvoicingService : public host::InvoicingService {
   int32_t salesorder_no_ = 0;
   std::vector<int32_t> line_nos_;
   int32_t last_invoice_no_ = 0;
+  std::shared_ptr<ui::Ui> ui_;
+  frmInvoicePayment form_;
 };
 
 }  // namespace kiv::refhost

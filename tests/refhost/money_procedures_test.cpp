@@ -139,6 +139,34 @@ TEST_F(MoneyProcedures, InvoicingRefusesWhatItCannotInvoiceAndWritesNothing) {
   EXPECT_DOUBLE_EQ(NzDouble(Scalar("SELECT account_balance FROM kiv_account")), 300.5);
 }
 
+TEST_F(MoneyProcedures, ThePaymentScreenOffersTheWaysToPayAndCancelWritesNothing) {
+  db_->Execute("INSERT INTO kiv_customer_cc (customer_no, card_seq_no, x_card_no, last_four, pay_method_id, is_active) "
+               "VALUES (1, 2, 'XXXXXXXXXXXX4242', '4242', 'MC', 1)");
+  auto ui = std::make_shared<test::ScriptedUi>();
+  RefInvoicingService invoicing = Invoicing();
+  invoicing.SetUi(ui);
+  std::string choose;
+  std::vector<std::string> offered;
+  ui->OnModal([&](ui::Form&) {
+    frmInvoicePayment& form = invoicing.PaymentForm();
+    offered.clear();
+    for (int i = 0; i < form.cmbPayMethod.ListCount(); ++i) offered.push_back(form.cmbPayMethod.ItemKey(i));
+    if (choose.empty()) return form.cmdCancel.FireClick();
+    form.cmbPayMethod.SetListIndex(form.cmbPayMethod.FindKey(choose));
+    form.cmdOk.FireClick();
+  });
+  invoicing.Setup(10, {1});
+  EXPECT_FALSE(invoicing.InvoiceAndPay(1, 10));
+  EXPECT_EQ(offered, (std::vector<std::string>{"CC2", "ACCT", "CASH", "CHECK"}));
+  EXPECT_EQ(Count("kiv_invoice") + Count("kiv_invoice_line") + Count("kiv_payment"), 0);
+  EXPECT_EQ(invoicing.PaymentForm().lblTotal.Caption(), "$100.00");
+
+  choose = "CHECK";
+  ASSERT_TRUE(invoicing.InvoiceAndPay(1, 10));
+  EXPECT_EQ(NzString(Scalar("SELECT pay_method_id || '/' || IFNULL(card_seq_no, '-') FROM kiv_payment")), "CHECK/-");
+  EXPECT_DOUBLE_EQ(NzDouble(Scalar("SELECT account_balance FROM kiv_account")), 120.5);
+}
+
 TEST_F(MoneyProcedures, ACardUsedForPaymentsIsDeletedOnlyOnTheConfirmedSecondCall) {
   db_->Execute("INSERT INTO kiv_customer_cc (customer_no, card_seq_no, x_card_no, last_four, is_active) "
                "VALUES (1, 1, 'XXXXXXXXXXXX1111', '1111', 0), (1, 2, 'XXXXXXXXXXXX2222', '2222', 0)");
