@@ -285,3 +285,26 @@ TEST(AccountPage, AnUnsavedCustomerIsAskedAndNoLeavesTheEntryHidden) {
 
 }  // namespace
 }  // namespace kiv
+
+namespace kiv {
+namespace {
+
+TEST(AccountPage, AnUnsavedCustomerSavedOnYesGoesOnToTheCardEntry) {
+  test::DetailRig rig;
+  auto entry = std::make_shared<test::ScriptedCardEntry>();
+  rig.host.app->SetCardEntry(entry);
+  rig.host.OnProcedure(test::kUpdateCustomer).Outputs({{"@RETURN_VALUE", 0}, {"@customer_no", 77}});
+  rig.Person(0);
+  rig.Open();
+  rig.Do(ui::ActionKind::Paste, "txtFirstName", "ANNA");
+  rig.Do(ui::ActionKind::Click, "tabCustomer", std::to_string(AccountPage::kTab));
+  rig.ui->Answer(ui::vbYes);
+  rig.Do(ui::ActionKind::Click, "tabAccountType", "ADDCC");
+  EXPECT_EQ(rig.host.db->Executions(test::kUpdateCustomer).size(), 1u);
+  EXPECT_EQ(rig.screen->CustomerNo(), 77);
+  ASSERT_EQ(entry->Operations(), (std::vector<std::string>{"Initialize", "CustomerNo", "CustomerName", "BeginEntry"}));
+  EXPECT_EQ(entry->Calls()[1].args, (std::vector<Variant>{77}));
+}
+
+}  // namespace
+}  // namespace kiv
