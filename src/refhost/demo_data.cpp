@@ -4,6 +4,7 @@
 #include "refhost/demo_data.h"
 #include "refhost/demo_data_duplicates.h"
 #include "refhost/demo_data_forecast.h"
+#include "refhost/demo_data_money.h"
 
 #include <sqlite3.h>
 
@@ -719,6 +720,7 @@ DemoSummary DemoBuilder::Build() {
   Exec(db_, "UPDATE kiv_sequence SET last_no = " + std::to_string(next_order_ - 1) +
                 " WHERE sequence_name = 'seq_salesorder_no'");
   FillDemoProfiles(db_, options_.seed);
+  BuildMoneyDemo(db_, options_.seed);
   return summary_;
 }
 

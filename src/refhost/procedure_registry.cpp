@@ -114,6 +114,7 @@ const ProcedureRegistry& ProcedureRegistry::Standard() {
     AddRentalProcedures(r);
     AddReservationProcedures(r);
     AddAccessProcedures(r);
+    AddMoneyProcedures(r);
     return r;
   }();
   return registry;

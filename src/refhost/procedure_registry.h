@@ -53,7 +53,6 @@ class ProcedureCall {
   void ReturnRows(const std::string& sql, const std::vector<Variant>& args = {});
   RowSet& Rows() { return rows_; }
   bool HasRows() const { return has_rows_; }
-
   // ---- several result sets ----
   //! Adds the rows of the query as the next result set: the first one becomes Rows(), each
   //! later one is handed out by the recordset's NextRecordset in the order added.
@@ -116,6 +115,7 @@ void AddAboutProcedures(ProcedureRegistry& registry);
 void AddRentalProcedures(ProcedureRegistry& registry);
 void AddReservationProcedures(ProcedureRegistry& registry);
 void AddAccessProcedures(ProcedureRegistry& registry);
+void AddMoneyProcedures(ProcedureRegistry& registry);
 
 // Parameter declarations, shortest form.
 ProcedureParam InInt(std::string name);

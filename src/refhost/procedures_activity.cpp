@@ -10,7 +10,7 @@ namespace kiv::refhost {
 namespace {
 
 void SalesOrderLines(ProcedureCall& call) {
-  // With @open only orders not yet invoiced are listed.
+  // With @open only lines not yet invoiced, of orders not closed, are listed.
   call.ReturnRows(
       "SELECT s.order_date AS salesorder_date, s.salesorder_no, l.line_no AS so_line_no, "
       "IFNULL(f.full_name, c.full_name) AS for_full_name, c.full_name AS line_full_name, l.quantity, "
@@ -18,7 +18,8 @@ void SalesOrderLines(ProcedureCall& call) {
       "JOIN kiv_sales_order_line l ON l.salesorder_no = s.salesorder_no "
       "JOIN kiv_customer c ON c.customer_no = s.customer_no "
       "LEFT JOIN kiv_customer f ON f.customer_no = s.for_customer_no "
-      "WHERE (s.customer_no = ?1 OR s.for_customer_no = ?1) AND (?2 = 0 OR s.is_invoiced = 0) "
+      "WHERE (s.customer_no = ?1 OR s.for_customer_no = ?1) AND (?2 = 0 OR (s.is_invoiced = 0 AND NOT EXISTS "
+      "(SELECT 1 FROM kiv_invoice_line il WHERE il.salesorder_no = l.salesorder_no AND il.so_line_no = l.line_no))) "
       "ORDER BY s.order_date DESC, s.salesorder_no DESC, l.line_no",
       {Variant(call.Long("@customer_no")), Variant(call.Bool("@open"))});
 }

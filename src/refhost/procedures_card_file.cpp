@@ -1,5 +1,6 @@
 // Procedures of the cards-on-file page: list a customer's cards (masked numbers only),
-// switch one on or off, delete one (an active card asks for confirmation first).
+// switch one on or off, delete one (an active card, or one used for payments, asks for
+// confirmation first).
 #include <string>
 
 #include "refhost/procedure_helpers.h"
@@ -38,6 +39,15 @@ void DeleteCreditCard(ProcedureCall& call) {
   std::vector<Variant> key{Variant(call.Long("@customer_no")), Variant(call.Long("@card_seq_no"))};
   Variant active = db.QueryValue("SELECT is_active FROM kiv_customer_cc WHERE customer_no = ? AND card_seq_no = ?", key);
   if (active.IsNull()) return Refuse(call, "The card on file was not found.");
+  // Payments made with the card keep their history; the card goes only once the clerk confirms.
+  int32_t payments = NzLong(
+      db.QueryValue("SELECT COUNT(*) FROM kiv_payment WHERE card_customer_no = ? AND card_seq_no = ?", key));
+  if (payments > 0 && !call.Bool("@confirm_delete")) {
+    call.Return(1);
+    call.Out("@message", Variant("This card on file was used for " + std::to_string(payments) + " payment" +
+                                 (payments == 1 ? "" : "s") + ".  Delete it anyway?"));
+    return;
+  }
   if (NzBool(active) && !call.Bool("@confirm_delete")) {
     call.Return(1);
     call.Out("@message", Variant("This card on file is still active.  Delete it anyway?"));

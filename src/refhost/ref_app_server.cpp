@@ -5,6 +5,8 @@
 #include "refhost/ref_register_service.h"
 #include "refhost/ref_reservation_service.h"
 #include "refhost/ref_will_call_service.h"
+#include "refhost/ref_card_entry.h"
+#include "refhost/ref_invoicing_service.h"
 
 namespace kiv::refhost {
 
@@ -63,6 +65,20 @@ std::shared_ptr<host::RegisterService> RefAppServer::GetRegister() {
 std::shared_ptr<host::WillCallService> RefAppServer::CreateWillCall() {
   if (!ui_) return nullptr;
   return std::make_shared<RefWillCallService>(db_, user_id_, ui_, trace_);
+std::shared_ptr<host::InvoicingService> RefAppServer::GetInvoicingService() {
+  if (!invoicing_) {
+    auto invoicing = std::make_shared<RefInvoicingService>(db_, user_id_, trace_);
+    if (ui_) invoicing->SetUi(ui_);
+    invoicing_ = std::move(invoicing);
+  }
+  return invoicing_;
+}
+
+std::shared_ptr<host::CardEntryControl> RefAppServer::CreateCardEntry() {
+  auto entry = std::make_shared<RefCardEntry>(trace_);
+  if (ui_) entry->SetUi(ui_);
+  entry->SetToday([db = db_] { return db->Now(); });
+  return entry;
 }
 
 }  // namespace kiv::refhost

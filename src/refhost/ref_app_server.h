@@ -38,7 +38,12 @@ class RefAppServer : public host::AppServer {
   std::shared_ptr<host::RegisterService> GetRegister() override;
   //! A new will-call screen; null until a Ui to show it is given.
   std::shared_ptr<host::WillCallService> CreateWillCall() override;
-  //! Where the reference host's own screens are shown.
+  //! The invoicing of sales-order lines (one per application server).
+  std::shared_ptr<host::InvoicingService> GetInvoicingService() override;
+  //! A new manual card-entry control, shown through the Ui given by SetUi.
+  std::shared_ptr<host::CardEntryControl> CreateCardEntry() override;
+  //! The Ui the reference host's own screens (reservation editor, will calls, card entry,
+  //! invoice payment) are shown through.
   void SetUi(std::shared_ptr<ui::Ui> ui) { ui_ = std::move(ui); }
 
   const std::string& UserId() const { return user_id_; }
@@ -55,6 +60,7 @@ class RefAppServer : public host::AppServer {
   std::shared_ptr<RefReportService> report_service_;
   std::shared_ptr<ui::Ui> ui_;
   std::shared_ptr<host::ReservationService> reservations_;
+  std::shared_ptr<host::InvoicingService> invoicing_;
 };
 
 }  // namespace kiv::refhost

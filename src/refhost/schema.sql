@@ -531,4 +531,55 @@ CREATE TABLE kiv_register_station (
   control_no INTEGER NOT NULL DEFAULT 0
 );
 
+-- Money: the lines and payments of invoices. A payment is taken at a register within a
+-- control (a cashier's shift), with a card on file, on a house account or otherwise.
+CREATE TABLE kiv_invoice_line (
+  invoice_no INTEGER NOT NULL,
+  line_no INTEGER NOT NULL,
+  line_date DATETIME,
+  customer_no INTEGER,
+  salesorder_no INTEGER,
+  so_line_no INTEGER,
+  item_id VARCHAR(20),
+  long_description VARCHAR(80),
+  qty FLOAT,
+  unit_qty FLOAT,
+  unit_id VARCHAR(10),
+  gross_unit_price MONEY,
+  unit_price MONEY,
+  unit_commission MONEY,
+  unit_discount MONEY,
+  line_tax MONEY,
+  linenet MONEY,
+  season_no INTEGER,
+  discount_id VARCHAR(20),
+  Refundable BIT NOT NULL DEFAULT 1,
+  kiv_user VARCHAR(20),
+  comment_note TEXT,
+  PRIMARY KEY (invoice_no, line_no)
+);
+CREATE INDEX ix_invoice_line_order ON kiv_invoice_line (salesorder_no, so_line_no);
+
+CREATE TABLE kiv_payment (
+  payment_no INTEGER PRIMARY KEY,
+  invoice_no INTEGER NOT NULL,
+  customer_no INTEGER,
+  register_id VARCHAR(10),
+  control_no INTEGER,
+  audited BIT NOT NULL DEFAULT 0,
+  payment_date DATETIME,
+  pay_method_id VARCHAR(10),
+  pay_action_id VARCHAR(4),
+  Amount MONEY,
+  account_id VARCHAR(20),
+  card_customer_no INTEGER,
+  card_seq_no INTEGER,
+  authorizer VARCHAR(40),
+  comment_note TEXT,
+  kiv_user VARCHAR(20)
+);
+CREATE INDEX ix_payment_invoice ON kiv_payment (invoice_no);
+CREATE INDEX ix_payment_card ON kiv_payment (card_customer_no, card_seq_no);
+CREATE INDEX ix_payment_account ON kiv_payment (account_id);
+
 PRAGMA user_version = 3;

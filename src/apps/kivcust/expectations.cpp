@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "apps/kivcust/customer_properties.h"
+#include "apps/kivcust/card_number_scan.h"
 #include "apps/kivcust/interpreter.h"
 #include "core/text.h"
 #include "ui/form.h"
@@ -71,6 +72,8 @@ bool Interpreter::DoExpect(const Statement& st) {
       return ExpectDb(st);
     case ExpectKind::File:
       return ExpectFile(st);
+    case ExpectKind::NoCardNumbers:
+      return ExpectNoCardNumbers();
     case ExpectKind::Control:
       return ExpectControl(st);
     case ExpectKind::None:
@@ -158,6 +161,17 @@ bool Interpreter::ExpectDb(const Statement& st) {
   if (!error.empty()) return Fail("the query failed: " + error);
   if (Compare(actual, st.args[2], st.args[3])) return true;
   return Fail(Mismatch("db " + Quote(sql), actual, st.args[2], st.args[3]));
+}
+
+// The database file and its write-ahead log as they are on disk now, and every trace line.
+bool Interpreter::ExpectNoCardNumbers() {
+  const std::string db = session_.Database().Path();
+  for (const std::string& file : {db, db + "-wal", session_.Trace().FilePath()}) {
+    if (file.empty()) continue;
+    if (auto found = FindCardNumberInFile(file)) return Fail("a card number " + *found + " of " + file);
+  }
+  if (auto found = session_.Trace().CardNumberSeen()) return Fail("a card number in the trace: " + *found);
+  return true;
 }
 
 }  // namespace kiv::kivcust

@@ -122,6 +122,7 @@ class Interpreter : public ModalDriver {
   bool ExpectHost(const Statement& st);
   //! expect_file.cpp: a document the reference host wrote, by path or as "last".
   bool ExpectFile(const Statement& st);
+  bool ExpectNoCardNumbers();
   //! The getter (and setter) of a `result.` path; error text when the path does not resolve.
   struct PropAccess {
     std::function<std::string()> get;

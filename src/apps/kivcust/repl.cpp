@@ -82,6 +82,7 @@ void PrintHelp(std::ostream& out) {
          "  expect msgbox \"TEXT\" [\"TITLE\"] | expect nomsgbox | expect form = NAME\n"
          "  expect CTRL.PROP OP VALUE | expect result.PROP OP VALUE | expect result none | expect bError = true\n"
          "  expect sql ~|!~ TEXT | expect db \"SELECT ...\" OP VALUE      (OP: = != ~ !~ < <= > >=)\n"
+         "  expect nocardnumbers                   no full card number in the database, its log or the trace\n"
          "  expect host ~ TEXT [THEN...] | expect host !~ TEXT\n"
          "  expect file PATH|last ~|!~ TEXT      (a printed document; last: the one printed last)\n"
          "      (host calls: CheckPermission, ErrorObject.Display, RecordTaskActivity, GetSetting,\n"

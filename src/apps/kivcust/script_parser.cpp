@@ -88,6 +88,10 @@ ExpectKind ClassifyExpect(const Statement& st) {
     RequireArgs(st, 1, "nomsgbox");
     return ExpectKind::NoMsgBox;
   }
+  if (lower == "nocardnumbers") {
+    RequireArgs(st, 1, "nocardnumbers");
+    return ExpectKind::NoCardNumbers;
+  }
   if (lower == "result" && st.args.size() == 2) {
     if (Lower(st.args[1]) != "none") throw SyntaxError(st.line, "expected: expect result none");
     return ExpectKind::ResultNone;

@@ -23,6 +23,7 @@ enum class ExpectKind {
   Host,        // expect host ~ TEXT [THEN...], expect host !~ TEXT
   Db,          // expect db "SELECT ..." OP VALUE
   File,        // expect file PATH|last ~ TEXT, expect file PATH|last !~ TEXT
+  NoCardNumbers,  // expect nocardnumbers: none in the database file, its log or the trace
   Control,     // expect CTRL.PROP OP VALUE, GRID[ROW,COL] OP VALUE, GRID.rows OP N, ...
 };
 

@@ -30,12 +30,14 @@ Session::~Session() {
 
 void Session::SignIn(const std::string& user, const std::string& password) {
   auto app_server = host_->SignIn(user, password);
-  if (auto ref = std::dynamic_pointer_cast<refhost::RefAppServer>(app_server))
+  if (auto ref = std::dynamic_pointer_cast<refhost::RefAppServer>(app_server)) {
     ref->Reports()->on_document_written = [this](const std::filesystem::path& path) {
       documents_.push_back(path);
       if (on_document) on_document(path);
     };
-  if (auto ref = std::dynamic_pointer_cast<refhost::RefAppServer>(app_server)) ref->SetUi(ui_);
+    // The reference host's own screens are driven like the component's.
+    ref->SetUi(ui_);
+  }
   auto engine = std::make_shared<CCustEngine>();
   engine->SetUi(ui_);
   InstallComponentScreens(*engine);

@@ -2,6 +2,8 @@
 // current window for the script's `expect sql` and `expect host`.
 #include "apps/kivcust/trace_writer.h"
 
+#include "apps/kivcust/card_number_scan.h"
+
 #include <stdexcept>
 
 namespace kiv::kivcust {
@@ -9,11 +11,13 @@ namespace kiv::kivcust {
 void TraceWriter::OpenFile(const std::string& path, bool append) {
   file_.open(path, std::ios::out | (append ? std::ios::app : std::ios::trunc));
   if (!file_) throw std::runtime_error("cannot write the trace file " + path);
+  path_ = path;
 }
 
 void TraceWriter::Record(const refhost::TraceEvent& event) {
   std::string line = refhost::FormatTraceLine(event);
   if (file_.is_open()) file_ << line << '\n' << std::flush;
+  if (!card_number_seen_) card_number_seen_ = FindCardNumber(line);
   window_.push_back({event.is_host, std::move(line)});
 }
 

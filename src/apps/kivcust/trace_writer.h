@@ -4,6 +4,7 @@
 // look at the latest ones.
 #pragma once
 #include <fstream>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,10 @@ class TraceWriter {
   //! from line `from` on; `text` is escaped as the lines are, so a line break in it matches
   //! the escaped one. Null when none does; `at` receives the line's position.
   const std::string* Find(const std::string& text, bool host = false, size_t from = 0, size_t* at = nullptr) const;
+  //! The trace file's path; empty when there is none.
+  const std::string& FilePath() const { return path_; }
+  //! The first card number any traced line held (masked), over the whole session.
+  const std::optional<std::string>& CardNumberSeen() const { return card_number_seen_; }
 
  private:
   struct Line {
@@ -33,6 +38,8 @@ class TraceWriter {
     std::string text;
   };
   std::ofstream file_;
+  std::string path_;
+  std::optional<std::string> card_number_seen_;
   std::vector<Line> window_;
 };
 

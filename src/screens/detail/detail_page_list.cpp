@@ -13,6 +13,9 @@
 #include "screens/detail/household_page.h"
 #include "screens/detail/reservations_page.h"
 #include "screens/detail/will_calls_page.h"
+#include "screens/detail/account_page.h"
+#include "screens/detail/invoice_history_page.h"
+#include "screens/detail/sales_page.h"
 
 namespace kiv {
 
@@ -29,6 +32,9 @@ void AddDetailPages(frmCustomerDetail& screen) {
   screen.RegisterPage(std::make_unique<HistoryLogPage>(screen));
   screen.RegisterPage(std::make_unique<WillCallsPage>());
   screen.RegisterPage(std::make_unique<ReservationsPage>(screen));
+  screen.RegisterPage(std::make_unique<SalesPage>());
+  screen.RegisterPage(std::make_unique<AccountPage>(screen));
+  screen.RegisterPage(std::make_unique<InvoiceHistoryPage>(screen));
 }
 
 }  // namespace kiv
