@@ -21,6 +21,9 @@ enum class MergeRule {
   Link,
   //! Cards on file: numbered on after the survivor's own cards.
   CardSequence,
+  //! A reference to a card on file (a payment's card customer and its card_seq_no): it
+  //! follows the card to the number the card gets. Listed before the cards themselves.
+  CardReference,
   //! Photographs: numbered on after the survivor's own, none of them the current one.
   ImageSequence,
   //! Addresses of a type the survivor lacks follow as secondary ones; the rest are dropped.

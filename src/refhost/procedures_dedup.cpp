@@ -65,6 +65,11 @@ class Merge {
                    " + (SELECT IFNULL(MAX(" + seq + "), 0) FROM " + t + " WHERE " + col + " = ?1) WHERE " + col +
                    " = ?2");
       }
+      case MergeRule::CardReference:
+        // The survivor's cards are not yet joined by the merged ones: their highest number is
+        // the offset the cards are about to be renumbered by.
+        return Run("UPDATE " + t + " SET " + col + " = ?1, card_seq_no = card_seq_no + (SELECT IFNULL(MAX(card_seq_no), 0) "
+                   "FROM kiv_customer_cc WHERE customer_no = ?1) WHERE " + col + " = ?2");
       case MergeRule::AddressOfNewType:
         return MoveAddresses(t, col);
       case MergeRule::ProfileFill:
@@ -212,12 +217,15 @@ const std::vector<MergeColumn>& MergeColumns() {
       {"kiv_customer_group_member", "customer_no", MergeRule::MoveUnlessHeld},
       {"kiv_club_member", "customer_no", MergeRule::MoveUnlessHeld},
       {"kiv_customer_profile", "CUSTOMER_NO", MergeRule::ProfileFill},
+      {"kiv_payment", "card_customer_no", MergeRule::CardReference},
       {"kiv_customer_cc", "customer_no", MergeRule::CardSequence},
       {"kiv_account", "customer_no", MergeRule::Move},
       {"kiv_customer_forecast", "customer_no", MergeRule::Move},
       {"kiv_sales_order", "customer_no", MergeRule::Move},
       {"kiv_sales_order", "for_customer_no", MergeRule::Move},
       {"kiv_invoice", "customer_no", MergeRule::Move},
+      {"kiv_invoice_line", "customer_no", MergeRule::Move},
+      {"kiv_payment", "customer_no", MergeRule::Move},
       {"kiv_reservation", "customer_no", MergeRule::Move},
       {"kiv_access_product", "customer_no", MergeRule::Move},
       {"kiv_will_call", "customer_no", MergeRule::Move},

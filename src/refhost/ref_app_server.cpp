@@ -65,6 +65,8 @@ std::shared_ptr<host::RegisterService> RefAppServer::GetRegister() {
 std::shared_ptr<host::WillCallService> RefAppServer::CreateWillCall() {
   if (!ui_) return nullptr;
   return std::make_shared<RefWillCallService>(db_, user_id_, ui_, trace_);
+}
+
 std::shared_ptr<host::InvoicingService> RefAppServer::GetInvoicingService() {
   if (!invoicing_) {
     auto invoicing = std::make_shared<RefInvoicingService>(db_, user_id_, trace_);

@@ -72,6 +72,8 @@ TEST_F(CustomerMerge, EverythingOfTheMergedCustomerMovesToTheSurvivor) {
   db_->Execute("INSERT INTO kiv_will_call (will_call_no, customer_no, access_no) VALUES (90, 3, 80)");
   db_->Execute("INSERT INTO kiv_customer_forecast (forecast_no, customer_no) VALUES (95, 3)");
   db_->Execute("INSERT INTO kiv_customer_cc (customer_no, card_seq_no, x_card_no) VALUES (3, 1, 'X1'), (1, 1, 'X2')");
+  db_->Execute("INSERT INTO kiv_payment (payment_no, invoice_no, customer_no, card_customer_no, card_seq_no) "
+               "VALUES (7, 60, 3, 3, 1)");
   db_->Execute("INSERT INTO kiv_customer_group_member (customer_group_id, customer_no) VALUES ('SKI', 3), "
                "('GOLF', 3), ('SKI', 1)");
   db_->Execute("INSERT INTO kiv_club_member (club_id, customer_no, member_id) VALUES ('C1', 3, 'M3')");
@@ -100,6 +102,10 @@ TEST_F(CustomerMerge, EverythingOfTheMergedCustomerMovesToTheSurvivor) {
     EXPECT_EQ(Number(std::string("SELECT COUNT(*) FROM ") + table + " WHERE customer_no = 1"), 1) << table;
   // Cards numbered on after the survivor's own; memberships once each.
   EXPECT_EQ(Number("SELECT COUNT(DISTINCT card_seq_no) FROM kiv_customer_cc WHERE customer_no = 1"), 2);
+  EXPECT_EQ(NzString(Scalar("SELECT c.x_card_no FROM kiv_payment p JOIN kiv_customer_cc c ON c.customer_no = "
+                            "p.card_customer_no AND c.card_seq_no = p.card_seq_no WHERE p.payment_no = 7")),
+            "X1")
+      << "a payment keeps pointing at the card it was made with";
   EXPECT_EQ(Number("SELECT COUNT(*) FROM kiv_customer_group_member WHERE customer_no = 1"), 2);
   // The account link follows, and the account knows its new holder.
   EXPECT_EQ(NzString(Scalar("SELECT account_id FROM kiv_customer WHERE customer_no = 1")), "A3");
