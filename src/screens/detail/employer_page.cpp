@@ -16,16 +16,6 @@ namespace {
 constexpr int kFlexDTBoolean = 11;
 constexpr const char* kLookupTitle = "Employee Lookup Canceled";
 
-//! Row states as the StateFlag column shows them: a row as read shows none.
-std::string StateText(RowState state) {
-  switch (state) {
-    case RowState::kNew: return "1";
-    case RowState::kChanged: return "2";
-    case RowState::kRemoved: return "3";
-    default: return "";
-  }
-}
-
 GridFill LinkFill(bool company) {
   return GridFill({
       FillColumn::Composed({}, [](const std::vector<Variant>&) { return std::string(); }),
@@ -117,14 +107,11 @@ void EmployerPage::Load(frmCustomerDetail& screen) {
 
 void EmployerPage::Render(frmCustomerDetail& screen) const {
   ui::Grid& grid = screen.grdDetail;
-  rows_.Render(grid);
-  for (size_t i = 0; i < rows_.Count(); ++i) {
-    const ListRow& row = rows_.Row(i);
-    const int g = grid.FixedRows() + static_cast<int>(i);
-    grid.SetTextMatrix(g, kColState, StateText(row.state));
+  rows_.Render(grid, [&grid](int g, const ListRow& row) {
+    grid.SetTextMatrix(g, kColState, ListRows::StateFlag(row.state));
     grid.SetTextMatrix(g, kColActive, "");
     grid.SetCellChecked(g, kColActive, row.cells[kColActive] == "True" ? ui::flexChecked : ui::flexUnchecked);
-  }
+  });
 }
 
 void EmployerPage::ButtonClicked(frmCustomerDetail& screen, int which) {
@@ -222,9 +209,7 @@ bool EmployerPage::WriteLinks(frmCustomerDetail& screen) {
   host::DBConnection& db = *screen.DBConnection();
   // A customer saved for the first time with this page gets its number only now.
   const std::string self = std::to_string(screen.CustomerNo());
-  bool ok = true;
-  rows_.ForEachChange([&](size_t, const ListRow& row) {
-    if (!ok) return;
+  const bool saved = rows_.WriteChanges([&](const ListRow& row) {
     const bool company = loaded_as_company_;
     const Variant employee(NzLong(Variant(company ? row.cells[kColCustNo] : self)));
     const Variant employer(NzLong(Variant(company ? self : row.cells[kColEmployerCustNo])));
@@ -232,8 +217,7 @@ bool EmployerPage::WriteLinks(frmCustomerDetail& screen) {
     if (row.state == RowState::kRemoved) {
       host::ProcedureCall remove(db, "SP_DeleteCustomerEmployerRelationship");
       remove.In("@customer_no", employee).In("@fiscal_year", year).In("@employer_customer_no", employer);
-      ok = remove.Execute() && remove.ReturnValue(0) >= 0;
-      return;
+      return remove.Execute() && remove.ReturnValue(0) >= 0;
     }
     host::ProcedureCall update(db, "KIV_SP_UpdateCustomerEmployerRelationship");
     update.In("@customer_no", employee)
@@ -241,14 +225,12 @@ bool EmployerPage::WriteLinks(frmCustomerDetail& screen) {
         .In("@employer_customer_no", employer)
         .In("@is_active", Variant(row.cells[kColActive] == "True"))
         .In("@comment_note", Variant(row.cells[kColComment]));
-    ok = update.Execute();
-    if (ok && update.ReturnValue(0) < 0) {
-      screen.ui().MsgBox(update.OutputText("@message"), ui::vbInformation, "Update Employer Canceled");
-      ok = false;
-    }
+    if (!update.Execute()) return false;
+    if (update.ReturnValue(0) >= 0) return true;
+    screen.ui().MsgBox(update.OutputText("@message"), ui::vbInformation, "Update Employer Canceled");
+    return false;
   });
-  if (!ok) return false;
-  rows_.MarkSaved();
+  if (!saved) return false;
   dirty_ = false;
   if (Showing(screen)) Render(screen);
   return true;

@@ -18,15 +18,6 @@ using namespace forecast;
 
 namespace {
 
-std::string StateText(RowState state) {
-  switch (state) {
-    case RowState::kNew: return "1";
-    case RowState::kChanged: return "2";
-    case RowState::kRemoved: return "3";
-    default: return "";
-  }
-}
-
 //! A value of the forecast procedure as its cell shows it.
 std::string ValueText(const Variant& value, Kind kind) {
   // The entry screen's check box has no third state: an unset offer reads as none.
@@ -134,15 +125,12 @@ void ForecastPage::Load(frmCustomerDetail& screen) {
 
 void ForecastPage::Render(frmCustomerDetail& screen) const {
   ui::Grid& grid = screen.grdMaster;
-  rows_.Render(grid);
-  for (size_t i = 0; i < rows_.Count(); ++i) {
-    const ListRow& row = rows_.Row(i);
-    const int g = grid.FixedRows() + static_cast<int>(i);
-    grid.SetTextMatrix(g, kColState, StateText(row.state));
+  rows_.Render(grid, [&grid](int g, const ListRow& row) {
+    grid.SetTextMatrix(g, kColState, ListRows::StateFlag(row.state));
     for (int c = 0; c < kColumnCount && c < static_cast<int>(row.cells.size()); ++c)
       if (row.cells[static_cast<size_t>(c)].size() > kCellLimit)
         grid.SetTextMatrix(g, c, CellText(row.cells[static_cast<size_t>(c)]));
-  }
+  });
 }
 
 void ForecastPage::ButtonClicked(frmCustomerDetail& screen, int which) {

@@ -54,22 +54,15 @@ bool ForecastPage::WriteForecasts(frmCustomerDetail& screen) {
                        : screen.Today();
   const std::string user = db.UserID();
   host::UnitOfWork unit(&db);
-  bool ok = true;
-  rows_.ForEachChange([&](size_t, const ListRow& row) {
+  const bool saved = rows_.WriteChanges([&](const ListRow& row) {
     // A removed forecast left the database when it was removed.
-    if (!ok || row.state == RowState::kRemoved) return;
+    if (row.state == RowState::kRemoved) return true;
     int32_t forecast_no = NzLong(row.key);
     if (forecast_no == 0) forecast_no = db.GetNextSequenceNo("seq_forecast_no");
-    if (forecast_no <= 0) {
-      ok = false;
-      return;
-    }
+    if (forecast_no <= 0) return false;
     host::ScopedRecordset rs =
         host::OpenForUpdate(db, "SELECT * FROM kiv_customer_forecast WHERE forecast_no = " + std::to_string(forecast_no));
-    if (!rs) {
-      ok = false;
-      return;
-    }
+    if (!rs) return false;
     const bool added = rs.Eof();
     if (added) {
       rs->AddNew();
@@ -87,12 +80,12 @@ bool ForecastPage::WriteForecasts(frmCustomerDetail& screen) {
     rs->FieldByName("fc_last_edited_by").SetValue(Variant(user));
     rs->FieldByName("fc_last_edited_on").SetValue(Variant(now));
     rs->Update();
+    return true;
   });
-  if (!ok) {
+  if (!saved) {
     unit.Discard();
     return false;
   }
-  rows_.MarkSaved();
   dirty_ = false;
   return true;
 }

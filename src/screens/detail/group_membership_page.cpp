@@ -67,10 +67,9 @@ void GroupMembershipPage::Load(frmCustomerDetail& screen) {
 
 void GroupMembershipPage::Render(frmCustomerDetail& screen) const {
   ui::Grid& grid = screen.grdDetail;
-  rows_.Render(grid);
-  for (size_t i = 0; i < rows_.Count(); ++i)
-    grid.SetTextMatrix(grid.FixedRows() + static_cast<int>(i), kColState,
-                       rows_.Row(i).state == RowState::kNew ? kAddedState : "");
+  rows_.Render(grid, [&grid](int g, const ListRow& row) {
+    grid.SetTextMatrix(g, kColState, row.state == RowState::kNew ? kAddedState : "");
+  });
 }
 
 void GroupMembershipPage::ButtonClicked(frmCustomerDetail& screen, int which) {
@@ -137,19 +136,15 @@ bool GroupMembershipPage::WriteMemberships(frmCustomerDetail& screen) {
   host::DBConnection& db = *screen.DBConnection();
   const Variant customer_no(screen.CustomerNo());
   // The editor's save holds every page in its unit of work; a refused call stops the walk.
-  bool ok = true;
-  rows_.ForEachChange([&](size_t, const ListRow& row) {
-    if (!ok) return;
+  const bool saved = rows_.WriteChanges([&](const ListRow& row) {
     host::ProcedureCall call(db, row.state == RowState::kRemoved ? kDeleteProcedure : kInsertProcedure);
     call.In("@customer_no", customer_no).In("@customer_group_id", Variant(row.cells[kColGroupId]));
-    ok = call.Execute();
-    if (ok && call.ReturnValue(0) < 0) {
-      screen.ui().MsgBox(call.OutputText("@message"), ui::vbInformation, kSaveTitle);
-      ok = false;
-    }
+    if (!call.Execute()) return false;
+    if (call.ReturnValue(0) >= 0) return true;
+    screen.ui().MsgBox(call.OutputText("@message"), ui::vbInformation, kSaveTitle);
+    return false;
   });
-  if (!ok) return false;
-  rows_.MarkSaved();
+  if (!saved) return false;
   dirty_ = false;
   if (Showing(screen)) Render(screen);
   return true;

@@ -34,6 +34,21 @@ void ListRows::Render(ui::Grid& grid) const {
   }
 }
 
+void ListRows::Render(ui::Grid& grid, const std::function<void(int, const ListRow&)>& decorate) const {
+  Render(grid);
+  for (size_t i = 0; i < rows_.size(); ++i) decorate(grid.FixedRows() + static_cast<int>(i), rows_[i]);
+}
+
+std::string ListRows::StateFlag(RowState state) {
+  switch (state) {
+    case RowState::kNew: return "1";
+    case RowState::kChanged: return "2";
+    case RowState::kRemoved: return "3";
+    case RowState::kLoaded: return "";
+  }
+  return "";
+}
+
 int ListRows::RowAt(const ui::Grid& grid, int grid_row) const {
   const int index = grid_row - grid.FixedRows();
   if (index < 0 || static_cast<size_t>(index) >= rows_.size()) return -1;
@@ -74,6 +89,15 @@ void ListRows::ForEachChange(const std::function<void(size_t, const ListRow&)>& 
     if (r.state == RowState::kRemoved && r.added) continue;
     visit(i, r);
   }
+}
+
+bool ListRows::WriteChanges(const std::function<bool(const ListRow&)>& write) {
+  bool ok = true;
+  ForEachChange([&](size_t, const ListRow& row) {
+    if (ok) ok = write(row);
+  });
+  if (ok) MarkSaved();
+  return ok;
 }
 
 void ListRows::MarkSaved() {

@@ -41,6 +41,12 @@ class ListRows {
   //! Writes the rows into the grid below its fixed rows, one grid row per list row, the
   //! removed ones hidden; whatever the grid held below the fixed rows goes.
   void Render(ui::Grid& grid) const;
+  //! Render, then `decorate` for each list row with the grid row showing it: for the cells
+  //! a page draws itself (a state flag, a check box, a shortened text).
+  void Render(ui::Grid& grid, const std::function<void(int grid_row, const ListRow& row)>& decorate) const;
+  //! The flag a page's hidden state column shows: none for a row as read, "1" new,
+  //! "2" changed, "3" removed.
+  static std::string StateFlag(RowState state);
   //! The list row shown at a grid row; -1 for a fixed row or a row beyond the list.
   int RowAt(const ui::Grid& grid, int grid_row) const;
 
@@ -58,6 +64,9 @@ class ListRows {
   bool Dirty() const;
   //! Every row the save has to write, in row order: new, changed and removed rows.
   void ForEachChange(const std::function<void(size_t index, const ListRow& row)>& visit) const;
+  //! The save of a list: `write` for each change in row order until one answers false.
+  //! When every write succeeded the rows are marked saved; returns whether they did.
+  bool WriteChanges(const std::function<bool(const ListRow& row)>& write);
   //! After a save: removed rows are gone, the others are as the database now has them.
   void MarkSaved();
 

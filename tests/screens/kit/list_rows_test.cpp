@@ -89,5 +89,40 @@ TEST(ListRows, RenderKeepsOneGridRowPerListRowWithRemovedRowsHidden) {
   EXPECT_EQ(rows.RowAt(grid, 4), -1);
 }
 
+TEST(ListRows, WriteChangesStopsAtTheFirstFailureAndMarksSavedOnlyWhenAllWereWritten) {
+  ListRows rows;
+  rows.AddLoaded({"A"});
+  rows.AddLoaded({"B"});
+  rows.AddNew({"C"});
+  rows.Edit(0, 0, "A2");
+  rows.Remove(1);
+  std::vector<std::string> written;
+  EXPECT_FALSE(rows.WriteChanges([&](const ListRow& r) {
+    written.push_back(r.cells[0]);
+    return r.cells[0] != "B";
+  }));
+  EXPECT_EQ(written, (std::vector<std::string>{"A2", "B"})) << "nothing after the failed row";
+  EXPECT_EQ(States(rows), "CRN") << "a failed save keeps every change for the next try";
+  EXPECT_TRUE(rows.WriteChanges([](const ListRow&) { return true; }));
+  EXPECT_EQ(States(rows), "LL");
+  EXPECT_FALSE(rows.Dirty());
+}
+
+TEST(ListRows, DecoratedRenderVisitsEachListRowAtItsGridRowAndStateFlagsFollowTheConvention) {
+  ui::Grid grid("grdMaster");
+  grid.SetFormatString("State|Name");
+  ListRows rows;
+  rows.AddLoaded({"", "A"});
+  rows.AddLoaded({"", "B"});
+  rows.AddNew({"", "C"});
+  rows.Edit(0, 1, "A2");
+  rows.Remove(1);
+  rows.Render(grid, [&grid](int g, const ListRow& row) { grid.SetTextMatrix(g, 0, ListRows::StateFlag(row.state)); });
+  EXPECT_EQ(grid.TextMatrix(1, 0), "2");
+  EXPECT_EQ(grid.TextMatrix(2, 0), "3");
+  EXPECT_EQ(grid.TextMatrix(3, 0), "1");
+  EXPECT_EQ(ListRows::StateFlag(RowState::kLoaded), "");
+}
+
 }  // namespace
 }  // namespace kiv
