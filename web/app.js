@@ -23,6 +23,7 @@ let chain = Promise.resolve();
 
 function setBusy(on) {
   pending += on ? 1 : -1;
+  document.body.dataset.pending = String(pending);
   clearTimeout(setBusy.timer);
   if (pending > 0) setBusy.timer = setTimeout(() => document.body.classList.add('busy'), 150);
   else document.body.classList.remove('busy');
@@ -241,7 +242,7 @@ function renderChildren(container, children) {
     const [t] = children.splice(strip, 1);
     children.splice(firstFrame, 0, t);
   }
-  const suffix = (n) => n.name.slice(3).toLowerCase();
+  const suffix = (n) => n.name.replace(/^[a-z]+/, '').toLowerCase();
   const labelFor = new Map();
   const used = new Set();
   for (const c of children) {
@@ -272,7 +273,7 @@ function renderChildren(container, children) {
         if (accel) accelerators.set(accel, { kind: 'focus', name: c.name });
       }
       fields.append(cap);
-      if (isTrue(P(c, 'MultiLine')) || c.type === 'OptionGroup') control.classList.add('span');
+      if (isTrue(P(c, 'MultiLine'))) control.classList.add('span');
       fields.append(control);
       continue;
     }
@@ -915,7 +916,7 @@ document.addEventListener('mousedown', (ev) => {
 
 // ---- sign-in and home --------------------------------------------------------------------
 
-function signedOut(message) {
+function signedOut(why) {
   state = null;
   csrf = '';
   sessionStorage.removeItem('kivCsrf');
@@ -943,7 +944,7 @@ function signedOut(message) {
     row.append(label, input);
     card.append(row);
   }
-  const message = el('p', 'refused', message || '');
+  const message = el('p', 'refused', why || '');
   message.setAttribute('role', 'alert');
   const go = el('button', 'default', 'Sign in');
   go.type = 'submit';

@@ -174,6 +174,7 @@ class Server {
     http_.Get("/app.css", [](const httplib::Request&, httplib::Response& res) {
       res.set_content(std::string(AppCss()), "text/css; charset=utf-8");
     });
+    http_.Get("/favicon.ico", [](const httplib::Request&, httplib::Response& res) { res.status = 204; });
     http_.Post("/api/signin", [this](const httplib::Request& req, httplib::Response& res) { SignIn(req, res); });
     http_.Post("/api/signout", [this](const httplib::Request& req, httplib::Response& res) {
       auto signed_in = Authorize(req, res, true);
