@@ -1,0 +1,122 @@
+// The server's refusals: each bad request gets a clear 4xx answer, and the session it was
+// aimed at goes on working as before.
+import { test, before, after } from 'node:test';
+import assert from 'node:assert/strict';
+import { startServer } from './kivcust_server.mjs';
+
+let server;
+before(async () => { server = await startServer('server', ['--idle-minutes', '0.04']); });
+after(async () => { if (server) await server.stop(); });
+
+let tabCount = 0;
+// A signed-in tab: its id, its cookie and its CSRF token.
+async function signIn(user = 'clerk') {
+  const tab = `servertest${++tabCount}tab`;
+  const res = await fetch(server.url + 'api/signin', {
+    method: 'POST',
+    headers: { 'X-Kiv-Tab': tab, 'Content-Type': 'application/x-www-form-urlencoded' },
+    body: new URLSearchParams({ tab, user, password: 'demo' }),
+  });
+  assert.equal(res.status, 200);
+  const setCookie = res.headers.get('set-cookie');
+  const body = await res.json();
+  return { tab, csrf: body.csrf, cookie: setCookie.split(';')[0], setCookie };
+}
+
+async function send(s, path, params, { csrf = s.csrf, body } = {}) {
+  const headers = { 'X-Kiv-Tab': s.tab, Cookie: s.cookie, 'Content-Type': 'application/x-www-form-urlencoded' };
+  if (csrf !== null) headers['X-CSRF-Token'] = csrf;
+  const res = await fetch(server.url + path, {
+    method: params || body ? 'POST' : 'GET',
+    headers,
+    body: body ?? (params ? new URLSearchParams(params) : undefined),
+  });
+  return { status: res.status, json: await res.json() };
+}
+const act = (s, verb, ...args) => send(s, 'api/act', [['verb', verb], ...args.map((a) => ['arg', a])]);
+const state = (s) => send(s, 'api/state');
+
+// A session with the search screen open and "tay" typed: what every refusal must leave alone.
+async function searching() {
+  const s = await signIn();
+  const open = await send(s, 'api/call', [['screen', 'SelectCustomer']]);
+  assert.equal(open.json.form.name, 'frmFind');
+  assert.equal((await act(s, 'type', 'txtLastName', 'tay')).status, 200);
+  return s;
+}
+
+async function assertUnharmed(s) {
+  const now = await state(s);
+  assert.equal(now.status, 200);
+  assert.equal(now.json.form.name, 'frmFind');
+  const last = now.json.form.children.find((c) => c.name === 'fraPerson').children.find((c) => c.name === 'txtLastName');
+  assert.equal(last.props.Text, 'tay');
+  assert.equal((await act(s, 'type', 'txtLastName', 'l')).status, 200, 'the next action is applied');
+  const back = await act(s, 'key', 'txtLastName', 'Backspace');
+  assert.equal(back.status, 200);
+}
+
+test('the session cookie is HttpOnly and SameSite=Strict', async () => {
+  const s = await signIn();
+  assert.match(s.setCookie, /HttpOnly/);
+  assert.match(s.setCookie, /SameSite=Strict/);
+  assert.match(s.csrf, /^[0-9a-f]{64}$/);
+});
+
+test('bad requests are refused with a clear 4xx answer and the session is unharmed', async () => {
+  const cases = [
+    { what: 'an unknown verb', run: (s) => act(s, 'frobnicate', 'txtLastName'), status: 400, error: /./ },
+    { what: 'an action missing its words', run: (s) => act(s, 'type'), status: 400, error: /./ },
+    { what: 'no verb at all', run: (s) => send(s, 'api/act', [['arg', 'x']]), status: 400, error: /no verb/ },
+    { what: 'an unknown control', run: (s) => act(s, 'click', 'cmdLaunchRockets'), status: 404, error: /no control named "cmdLaunchRockets"/ },
+    { what: 'a grid row that is not a number', run: (s) => act(s, 'select', 'fxgCustomers', 'first'), status: 400, error: /./ },
+    { what: 'no CSRF token', run: (s) => send(s, 'api/act', [['verb', 'click'], ['arg', 'cmdFind']], { csrf: null }), status: 403, error: /security token/ },
+    { what: 'a wrong CSRF token', run: (s) => send(s, 'api/act', [['verb', 'click'], ['arg', 'cmdFind']], { csrf: 'f'.repeat(64) }), status: 403, error: /security token/ },
+    { what: 'an oversized body', run: (s) => send(s, 'api/act', null, { body: 'verb=type&arg=txtLastName&arg=' + 'x'.repeat(200 * 1024) }), status: 413, error: /too large/ },
+    { what: 'an answer with no box showing', run: (s) => send(s, 'api/answer', [['button', 'OK']]), status: 409, error: /No message box/ },
+    { what: 'a screen called over an open one', run: (s) => send(s, 'api/call', [['screen', 'ShowSearchCustomer']]), status: 409, error: /Close the open screen/ },
+  ];
+  const s = await searching();
+  for (const c of cases) {
+    const res = await c.run(s);
+    assert.equal(res.status, c.status, c.what);
+    assert.match(res.json.error, c.error, c.what);
+    await assertUnharmed(s);
+  }
+});
+
+test('the home page refuses unknown screens and customer numbers that are not numbers', async () => {
+  const s = await signIn();
+  for (const [screen, arg, error] of [['LaunchRockets', '', /not a screen/], ['ShowCustomer', '12x', /not a customer number/], ['ShowCustomer', '-4', /not a customer number/]]) {
+    const res = await send(s, 'api/call', [['screen', screen], ['arg', arg]]);
+    assert.equal(res.status, 400, screen + ' ' + arg);
+    assert.match(res.json.error, error);
+    assert.equal(res.json.form, null, 'still at home');
+  }
+});
+
+test('a request without a session, or from another tab, is told to sign in', async () => {
+  const s = await signIn();
+  const stranger = { ...s, tab: 'someothertab1' };
+  const res = await state(stranger);
+  assert.equal(res.status, 401);
+  assert.equal(res.json.signin, true);
+  assert.equal((await state({ ...s, tab: 'bad tab!' })).status, 400);
+  assert.equal((await state(s)).status, 200);
+});
+
+test('an idle session expires, and signing out ends a session at once', async () => {
+  const idle = await signIn();
+  const busy = await signIn('manager');
+  assert.equal((await state(idle)).status, 200);
+  for (let i = 0; i < 6; i++) {
+    await new Promise((r) => setTimeout(r, 500));
+    assert.equal((await state(busy)).status, 200, 'a session in use stays');
+  }
+  const expired = await state(idle);
+  assert.equal(expired.status, 401);
+  assert.match(expired.json.error, /sign in/);
+
+  assert.equal((await send(busy, 'api/signout', [])).status, 200);
+  assert.equal((await state(busy)).status, 401);
+});
