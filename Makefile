@@ -25,9 +25,12 @@ build: configure
 test: build
 	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 
+# The screens in a browser on the demo database; prints the address to open (Ctrl+C stops).
+# DEMO_ARGS passes serve options (--port N, --bind ADDR); `kivcust repl` is the typed mode.
+DEMO_ARGS ?=
 demo: configure
 	@cmake --build $(BUILD) --target kivcust -j $(JOBS)
-	@$(BUILD)/kivcust repl
+	@$(BUILD)/kivcust serve $(DEMO_ARGS)
 
 # BENCH_ARGS passes options to run_bench (--rebuild, --repetitions N, --min-time S,
 # --customers N, --benchmark_filter=...).
