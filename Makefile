@@ -38,8 +38,9 @@ BENCH_ARGS ?=
 bench: bootstrap
 	@cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release \
 		-DKIV_BUILD_BENCH=ON -DKIV_BUILD_TESTS=OFF >/dev/null
-	@cmake --build build-bench --target run_bench -j $(JOBS)
+	@cmake --build build-bench --target run_bench serve_bench -j $(JOBS)
 	@build-bench/bench/run_bench $(BENCH_ARGS)
+	@build-bench/bench/serve_bench
 
 # Fuzz targets with clang's libFuzzer in build-fuzz, each run FUZZ_SECONDS; not part of `test`.
 FUZZ_SECONDS ?= 60
