@@ -186,7 +186,7 @@ function render(s) {
   if (!s.form) {
     renderHome(main, s);
   } else {
-    $('#caption').textContent = P(s.form, 'Caption');
+    $('#caption').textContent = s.depth > 1 ? `${s.depth} screens open` : '';
     document.title = P(s.form, 'Caption') + ' - Customers';
     main.append(renderForm(s.form));
   }
@@ -202,7 +202,10 @@ function restoreFocus(s) {
   const name = P(s.form, 'ActiveControl');
   const target = name && document.querySelector(`[data-name="${CSS.escape(name)}"]`);
   if (!target) return;
-  const focusable = target.matches('input,select,textarea,button,.grid') ? target : target.querySelector('input,select,textarea,button');
+  // Inside a group (tab strip, option group, date picker) the selected item takes the focus.
+  const focusable = target.matches('input,select,textarea,button,.grid')
+    ? target
+    : target.querySelector('button.selected, input:checked, input, select, textarea, button');
   if (!focusable) return;
   restoring = true;
   focusable.focus({ preventScroll: false });
@@ -221,6 +224,16 @@ function restoreFocus(s) {
 function renderForm(form) {
   const win = el('div', 'window');
   win.dataset.form = form.name;
+  const title = el('div', 'titlebar');
+  title.append(el('span', 'title', P(form, 'Caption')));
+  const close = el('button', 'close', '\u2715');
+  close.type = 'button';
+  close.title = 'Close';
+  close.tabIndex = -1;
+  close.setAttribute('aria-label', 'Close');
+  close.addEventListener('click', () => act('close'));
+  title.append(close);
+  win.append(title);
   const menus = form.children.filter((c) => c.type === 'MenuItem' && shown(c));
   if (menus.length) win.append(renderMenuBar(menus));
   const body = el('div', 'body');

@@ -100,7 +100,7 @@ test('a clerk finds, opens, edits and saves a customer with the keyboard only', 
   assert.equal(await page.evaluate(() => document.activeElement.dataset.name), 'mnuCustomerDetails');
   await page.keyboard.press('Enter');
   await waitForForm(page, 'frmCustomerDetail');
-  assert.match(await page.textContent('#caption'), new RegExp(`\\(${customerNo}\\)`));
+  assert.match(await page.textContent('.titlebar .title'), new RegExp(`\\(${customerNo}\\)`));
   await page.screenshot({ path: path.join(outDir, 'detail_editor.png'), fullPage: true });
 
   // A new phone number, typed over the old one and saved with Alt+S.
