@@ -349,7 +349,6 @@ const renderers = {
         typeInto(e, c, ev.key);
         return;
       }
-      if (multi && ev.key === 'Enter' && !ev.ctrlKey) { ev.preventDefault(); act('key', c.name, 'Ctrl+Enter'); return; }
       if (ev.key === 'Backspace' || ev.key === 'Delete') {
         ev.preventDefault();
         if (syncCaret(e, c)) act('key', c.name, keyName(ev));
@@ -646,8 +645,6 @@ function renderGrid(c) {
   const current = Number(P(c, 'Row'));
   const currentCol = Number(P(c, 'Col'));
   const editable = Number(P(c, 'Editable')) > 0;
-  const multi = Number(P(c, 'SelectionMode')) > 0 && P(c, 'SelectionMode') === '2';
-  const levels = P(c, 'OutlineLevels') === '' ? [] : P(c, 'OutlineLevels').split(',').map(Number);
   const align = P(c, 'FormatString').split('|').map((f) => ({ '<': 'l', '>': 'r', '^': 'c' }[f[0]] || 'l'));
   const table = el('table');
   const thead = el('thead');
@@ -663,9 +660,6 @@ function renderGrid(c) {
     cells[r].forEach((text, col) => {
       if (hiddenCols.has(col)) return;
       const td = el(header ? 'th' : 'td', align[col] || 'l');
-      if (!header && levels.length && col === 0 && levels[r] !== undefined) {
-        td.style.paddingLeft = `${0.45 + levels[r]}rem`;
-      }
       const check = /^\[(x| )\]( |$)/.exec(text);
       if (check && !header) {
         const box = el('input');
@@ -687,7 +681,9 @@ function renderGrid(c) {
     });
     if (!header) {
       tr.addEventListener('click', (ev) => {
-        if (multi && (ev.ctrlKey || ev.shiftKey)) {
+        // Ctrl adds or removes a row, Shift takes the run from the current row; the grid
+        // refuses a second row when it selects one row at a time.
+        if (ev.ctrlKey || ev.shiftKey) {
           const rowsNow = new Set(selected);
           if (ev.shiftKey) for (let i = Math.min(current, r); i <= Math.max(current, r); i++) rowsNow.add(i);
           else if (rowsNow.has(r)) rowsNow.delete(r); else rowsNow.add(r);

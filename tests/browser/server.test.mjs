@@ -23,8 +23,9 @@ async function signIn(user = 'clerk') {
   return { tab, csrf: body.csrf, cookie: setCookie.split(';')[0], setCookie };
 }
 
-async function send(s, path, params, { csrf = s.csrf, body } = {}) {
+async function send(s, path, params, { csrf = s.csrf, body, origin } = {}) {
   const headers = { 'X-Kiv-Tab': s.tab, Cookie: s.cookie, 'Content-Type': 'application/x-www-form-urlencoded' };
+  if (origin) headers.Origin = origin;
   if (csrf !== null) headers['X-CSRF-Token'] = csrf;
   const res = await fetch(server.url + path, {
     method: params || body ? 'POST' : 'GET',
@@ -72,6 +73,7 @@ test('bad requests are refused with a clear 4xx answer and the session is unharm
     { what: 'a grid row that is not a number', run: (s) => act(s, 'select', 'fxgCustomers', 'first'), status: 400, error: /./ },
     { what: 'no CSRF token', run: (s) => send(s, 'api/act', [['verb', 'click'], ['arg', 'cmdFind']], { csrf: null }), status: 403, error: /security token/ },
     { what: 'a wrong CSRF token', run: (s) => send(s, 'api/act', [['verb', 'click'], ['arg', 'cmdFind']], { csrf: 'f'.repeat(64) }), status: 403, error: /security token/ },
+    { what: 'a request from another site', run: (s) => send(s, 'api/act', [['verb', 'click'], ['arg', 'cmdFind']], { origin: 'http://elsewhere.example' }), status: 403, error: /another site/ },
     { what: 'an oversized body', run: (s) => send(s, 'api/act', null, { body: 'verb=type&arg=txtLastName&arg=' + 'x'.repeat(200 * 1024) }), status: 413, error: /too large/ },
     { what: 'an answer with no box showing', run: (s) => send(s, 'api/answer', [['button', 'OK']]), status: 409, error: /No message box/ },
     { what: 'a screen called over an open one', run: (s) => send(s, 'api/call', [['screen', 'ShowSearchCustomer']]), status: 409, error: /Close the open screen/ },
@@ -93,6 +95,25 @@ test('the home page refuses unknown screens and customer numbers that are not nu
     assert.match(res.json.error, error);
     assert.equal(res.json.form, null, 'still at home');
   }
+});
+
+test('refused sign-ins are answered a fixed time after they came in, one at a time', async () => {
+  const tries = ['nobody', 'clerk', 'viewer'].map(async (user) => {
+    const started = Date.now();
+    const res = await fetch(server.url + 'api/signin', {
+      method: 'POST',
+      headers: { 'X-Kiv-Tab': 'refusedtab1', 'Content-Type': 'application/x-www-form-urlencoded' },
+      body: new URLSearchParams({ tab: 'refusedtab1', user, password: 'not-the-password' }),
+    });
+    return { status: res.status, error: (await res.json()).error, ms: Date.now() - started };
+  });
+  const answers = (await Promise.all(tries)).sort((a, b) => a.ms - b.ms);
+  for (const a of answers) {
+    assert.equal(a.status, 401);
+    assert.equal(a.error, answers[0].error, 'an unknown user and a wrong password read the same');
+  }
+  assert.ok(answers[0].ms >= 1400, `the first refusal waits (${answers[0].ms} ms)`);
+  assert.ok(answers[2].ms >= 4000, `three guesses at once take three waits (${answers[2].ms} ms)`);
 });
 
 test('a request without a session, or from another tab, is told to sign in', async () => {

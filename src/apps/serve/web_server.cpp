@@ -6,6 +6,7 @@
 #include <httplib.h>
 #include <signal.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cctype>
 #include <thread>
@@ -66,6 +67,13 @@ bool SameToken(const std::string& a, const std::string& b) {
   return diff == 0;
 }
 
+//! A browser names the page a request comes from; one from another site is refused even
+//! before its token is looked at. Clients that send no Origin (scripts, tests) pass.
+bool SameOrigin(const httplib::Request& req) {
+  std::string origin = req.get_header_value("Origin");
+  return origin.empty() || origin == "http://" + req.get_header_value("Host");
+}
+
 std::vector<std::string> Params(const httplib::Request& req, const char* key) {
   std::vector<std::string> out;
   size_t n = req.get_param_value_count(key);
@@ -119,6 +127,10 @@ class Server {
       SendJson(res, 401, "{\"error\":\"You are signed out; please sign in.\",\"signin\":true}");
       return std::nullopt;
     }
+    if (changes_state && !SameOrigin(req)) {
+      SendJson(res, 403, ErrorJson("The request was refused: it comes from another site."));
+      return std::nullopt;
+    }
     if (changes_state && !SameToken(req.get_header_value("X-CSRF-Token"), found.csrf)) {
       SendJson(res, 403, ErrorJson("The request was refused: it does not carry this page's security token."));
       return std::nullopt;
@@ -136,6 +148,8 @@ class Server {
     std::string user = req.get_param_value("user");
     std::string password = req.get_param_value("password");
     if (!ValidTab(tab)) return SendJson(res, 400, ErrorJson("The request does not say which tab it comes from."));
+    if (!SameOrigin(req)) return SendJson(res, 403, ErrorJson("The request was refused: it comes from another site."));
+    const auto started = std::chrono::steady_clock::now();
     std::unique_ptr<kivcust::Session> session;
     if (!user.empty() && !password.empty() && user.size() <= 128 && password.size() <= 1024) {
       try {
@@ -150,10 +164,17 @@ class Server {
       }
     }
     if (!session) {
-      // One refused sign-in at a time, each answered slowly: guessing takes forever, and the
-      // answer never says whether the user or the password was wrong.
-      std::lock_guard gate(refused_gate_);
-      std::this_thread::sleep_for(std::chrono::milliseconds(options_.refused_sign_in_ms));
+      // Refusals are answered a fixed time after they came in, whatever the check cost (so the
+      // time never tells an unknown user from a wrong password), and never more than one per
+      // that time across every tab, so guessing in parallel gains nothing.
+      const auto delay = std::chrono::milliseconds(options_.refused_sign_in_ms);
+      std::chrono::steady_clock::time_point answer_at;
+      {
+        std::lock_guard gate(refused_gate_);
+        answer_at = std::max(started + delay, last_refusal_ + delay);
+        last_refusal_ = answer_at;
+      }
+      std::this_thread::sleep_until(answer_at);
       return SendJson(res, 401, ErrorJson(kRefused));
     }
     auto web = std::make_shared<WebSession>(std::move(session), user);
@@ -227,6 +248,7 @@ class Server {
   httplib::Server http_;
   SessionTable sessions_;
   std::mutex refused_gate_;
+  std::chrono::steady_clock::time_point last_refusal_{};
 };
 
 }  // namespace
