@@ -286,7 +286,7 @@ function renderChildren(container, children) {
         if (accel) accelerators.set(accel, { kind: 'focus', name: c.name });
       }
       fields.append(cap);
-      if (isTrue(P(c, 'MultiLine'))) control.classList.add('span');
+      if (isTrue(P(c, 'MultiLine')) || c.type === 'OptionGroup') control.classList.add('span');
       fields.append(control);
       continue;
     }

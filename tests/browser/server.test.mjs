@@ -87,6 +87,15 @@ test('bad requests are refused with a clear 4xx answer and the session is unharm
   }
 });
 
+test('texts with quotes, backslashes, tabs and accents come back exactly as they were put', async () => {
+  const s = await searching();
+  const text = 'O\'Neil "Jr" \\ a\tb é';
+  const res = await act(s, 'paste', 'txtFirstName', text);
+  assert.equal(res.status, 200);
+  const first = res.json.form.children.find((c) => c.name === 'fraPerson').children.find((c) => c.name === 'txtFirstName');
+  assert.equal(first.props.Text, text);
+});
+
 test('the home page refuses unknown screens and customer numbers that are not numbers', async () => {
   const s = await signIn();
   for (const [screen, arg, error] of [['LaunchRockets', '', /not a screen/], ['ShowCustomer', '12x', /not a customer number/], ['ShowCustomer', '-4', /not a customer number/]]) {
