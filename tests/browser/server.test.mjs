@@ -96,6 +96,36 @@ test('texts with quotes, backslashes, tabs and accents come back exactly as they
   assert.equal(first.props.Text, text);
 });
 
+// The detail editor's control named so, wherever it sits in the tree.
+function findControl(node, name) {
+  if (node.name === name) return node;
+  for (const child of node.children) {
+    const hit = findControl(child, name);
+    if (hit) return hit;
+  }
+  return null;
+}
+
+test('several terminals save at once over one database and every save is kept', async () => {
+  const clerks = await Promise.all([10, 11, 12, 13].map(async (customer) => {
+    const s = await signIn(customer % 2 ? 'clerk' : 'manager');
+    const open = await send(s, 'api/call', [['screen', 'ShowCustomer'], ['arg', String(customer)]]);
+    assert.equal(open.json.form.name, 'frmCustomerDetail');
+    assert.equal((await act(s, 'paste', 'txtOccupation', `GUIDE ${customer}`)).status, 200);
+    return { s, customer };
+  }));
+  const saved = await Promise.all(clerks.map(({ s }) => act(s, 'click', 'cmdOk')));
+  for (const res of saved) {
+    assert.equal(res.status, 200);
+    assert.equal(res.json.box, null, 'no save was refused');
+    assert.equal(res.json.form, null, 'OK closed the editor');
+  }
+  for (const { s, customer } of clerks) {
+    const again = await send(s, 'api/call', [['screen', 'ShowCustomer'], ['arg', String(customer)]]);
+    assert.equal(findControl(again.json.form, 'txtOccupation').props.Text, `GUIDE ${customer}`);
+  }
+});
+
 test('the home page refuses unknown screens and customer numbers that are not numbers', async () => {
   const s = await signIn();
   for (const [screen, arg, error] of [['LaunchRockets', '', /not a screen/], ['ShowCustomer', '12x', /not a customer number/], ['ShowCustomer', '-4', /not a customer number/]]) {

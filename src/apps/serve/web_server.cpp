@@ -22,6 +22,8 @@ namespace {
 
 constexpr size_t kMaxBody = 64 * 1024;
 constexpr int kServerThreads = 48;
+//! Each session holds a thread and a connection; past this many, sign-in waits for room.
+constexpr size_t kMaxSessions = 200;
 constexpr const char* kRefused = "The user name or password is not right.";
 
 std::string ErrorJson(const std::string& text) { return "{\"error\":" + JsonString(text) + "}"; }
@@ -149,6 +151,8 @@ class Server {
     std::string password = req.get_param_value("password");
     if (!ValidTab(tab)) return SendJson(res, 400, ErrorJson("The request does not say which tab it comes from."));
     if (!SameOrigin(req)) return SendJson(res, 403, ErrorJson("The request was refused: it comes from another site."));
+    if (sessions_.Count() >= kMaxSessions)
+      return SendJson(res, 503, ErrorJson("Too many terminals are signed in; try again when one signs out."));
     const auto started = std::chrono::steady_clock::now();
     std::unique_ptr<kivcust::Session> session;
     if (!user.empty() && !password.empty() && user.size() <= 128 && password.size() <= 1024) {
