@@ -147,6 +147,10 @@ test('a validation message box is answered and the editor stays open', async () 
   await settled(page);
   assert.equal(await page.$('#overlay .msgbox'), null);
   assert.equal(await formName(page), 'frmCustomerDetail', 'the refused save keeps the editor open');
+  // A label's underlined letter takes the focus to its field, through the form's own focus.
+  await page.keyboard.press('Alt+N');
+  await settled(page);
+  assert.equal(await focused(page), 'txtFullName');
   assert.deepEqual(page.errors, []);
   await context.close();
 });
