@@ -183,6 +183,7 @@ function render(s) {
   main.replaceChildren();
   accelerators = new Map();
   openMenu = null;
+  renderMenuBar.tops = null;
   if (!s.form) {
     renderHome(main, s);
   } else {
@@ -205,7 +206,8 @@ function restoreFocus(s) {
   // Inside a group (tab strip, option group, date picker) the selected item takes the focus.
   const focusable = target.matches('input,select,textarea,button,.grid')
     ? target
-    : target.querySelector('button.selected, input:checked, input, select, textarea, button');
+    : target.querySelector('button.selected') || target.querySelector('input:checked') ||
+      target.querySelector('input, select, textarea, button');
   if (!focusable) return;
   restoring = true;
   focusable.focus({ preventScroll: false });
@@ -915,8 +917,14 @@ document.addEventListener('keydown', (ev) => {
     else act(hit.kind, hit.name);
     return;
   }
-  if (ev.key === 'F10' && !ev.shiftKey) { ev.preventDefault(); showMenu(0); return; }
-  if (openMenu && ev.key === 'Escape') { ev.preventDefault(); closeMenu(); restoreFocus(state); }
+  // F10 opens the menu bar, as on the desktop; the key goes no further.
+  if (ev.key === 'F10' && !ev.shiftKey && !ev.ctrlKey && renderMenuBar.tops && renderMenuBar.tops.length) {
+    ev.preventDefault();
+    ev.stopPropagation();
+    showMenu(0);
+    return;
+  }
+  if (openMenu && ev.key === 'Escape') { ev.preventDefault(); ev.stopPropagation(); closeMenu(); restoreFocus(state); }
 }, true);
 
 document.addEventListener('mousedown', (ev) => {

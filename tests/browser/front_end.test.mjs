@@ -155,6 +155,68 @@ test('a validation message box is answered and the editor stays open', async () 
   await context.close();
 });
 
+test('tab strips, menus with check marks, lists and option groups work from the keyboard', async () => {
+  const context = await browser.newContext({ bypassCSP: true, viewport: { width: 1280, height: 900 } });
+  const page = await newTab(context);
+  await signIn(page, 'manager');
+  await page.waitForSelector('#home-find');
+  await page.keyboard.press('Alt+F');
+  await waitForForm(page, 'frmFind');
+
+  // The tab strip switches the frames: Company shows its own fields and hides the person's.
+  await page.focus('[data-name=tabFind] button.selected');
+  await page.keyboard.press('ArrowRight');
+  await settled(page);
+  assert.equal(await page.textContent('[data-name=tabFind] button.selected'), 'Company');
+  assert.ok(await page.$('[data-name=txtCompanyName]'));
+  assert.equal(await page.$('[data-name=txtLastName]'), null);
+  await page.focus('[data-name=tabFind] button.selected');
+  await page.keyboard.press('ArrowLeft');
+  await settled(page);
+  assert.equal(await page.textContent('[data-name=tabFind] button.selected'), 'Person');
+
+  // A list is chosen with the arrow keys, an option with the arrow keys too.
+  await tabTo(page, 'cmbGroup');
+  await page.keyboard.press('ArrowDown');
+  await settled(page);
+  await page.keyboard.press('ArrowDown');
+  await settled(page);
+  // Drawn again from the screen's answer: the list's second item (the first is "any group").
+  assert.equal(await page.$eval('[data-name=cmbGroup]', (e) => e.selectedOptions[0].textContent), 'Lodging Partners');
+  await tabTo(page, 'optGender');
+  const checked = () => page.$eval('[data-name=optGender] input:checked + label', (e) => e.textContent);
+  assert.equal(await checked(), 'Either');
+  await page.keyboard.press('ArrowLeft');
+  await settled(page);
+  assert.equal(await checked(), 'Female');
+
+  // Options > Keep Customers In Memory flips its check mark. Alt+O is the OK button's here
+  // (a control's letter comes before a menu's), so F10 and the arrows reach the menu.
+  const keep = () => page.$eval('[data-name=mnuOptionsUseCollection]', (e) => e.classList.contains('checked'));
+  const openOptions = async () => {
+    await page.keyboard.press('F10');
+    await page.keyboard.press('ArrowRight');
+    await page.keyboard.press('ArrowRight');
+    await page.waitForSelector('[data-name=mnuOptionsUseCollection]');
+  };
+  await openOptions();
+  assert.equal(await keep(), true);
+  await page.keyboard.press('ArrowDown');
+  assert.equal(await page.evaluate(() => document.activeElement.dataset.name), 'mnuOptionsUseCollection');
+  await page.keyboard.press('Enter');
+  await settled(page);
+  await openOptions();
+  assert.equal(await keep(), false, 'the click reached the screen and came back unchecked');
+  await page.keyboard.press('Escape');
+
+  // Esc on the search screen cancels it: home again, nothing chosen.
+  await page.keyboard.press('Escape');
+  await waitForForm(page, 'home');
+  assert.match(await page.textContent('.notice'), /No customer was chosen/);
+  assert.deepEqual(page.errors, []);
+  await context.close();
+});
+
 test('a wrong password is refused slowly and says nothing about which part was wrong', async () => {
   const context = await browser.newContext({ bypassCSP: true });
   const page = await newTab(context);

@@ -126,6 +126,26 @@ test('several terminals save at once over one database and every save is kept', 
   }
 });
 
+test('a message box takes only its own buttons, and nothing else until it is answered', async () => {
+  const s = await signIn('manager');
+  await send(s, 'api/call', [['screen', 'ShowCustomer'], ['arg', '50']]);
+  assert.equal((await act(s, 'date', 'dtDOB', '2026-03-01')).status, 200);
+  const shown = await act(s, 'click', 'cmdOk');
+  assert.deepEqual(shown.json.box && shown.json.box.buttons, ['OK']);
+  assert.equal(shown.json.box.title, 'Validate Customer');
+  const wrong = await send(s, 'api/answer', [['button', 'Yes']]);
+  assert.equal(wrong.status, 400);
+  assert.match(wrong.json.error, /not a button/);
+  const busy = await act(s, 'click', 'cmdCancel');
+  assert.equal(busy.status, 409);
+  assert.match(busy.json.error, /Answer the message box first/);
+  assert.ok(busy.json.box, 'the box is still showing');
+  const answered = await send(s, 'api/answer', [['button', 'ok']]);
+  assert.equal(answered.status, 200);
+  assert.equal(answered.json.box, null);
+  assert.equal(answered.json.form.name, 'frmCustomerDetail');
+});
+
 test('the home page refuses unknown screens and customer numbers that are not numbers', async () => {
   const s = await signIn();
   for (const [screen, arg, error] of [['LaunchRockets', '', /not a screen/], ['ShowCustomer', '12x', /not a customer number/], ['ShowCustomer', '-4', /not a customer number/]]) {
