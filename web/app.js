@@ -647,7 +647,15 @@ function renderGrid(c) {
   const current = Number(P(c, 'Row'));
   const currentCol = Number(P(c, 'Col'));
   const editable = Number(P(c, 'Editable')) > 0;
-  const align = P(c, 'FormatString').split('|').map((f) => ({ '<': 'l', '>': 'r', '^': 'c' }[f[0]] || 'l'));
+  const formatAlign = P(c, 'FormatString').split('|').map((f) => ({ '<': 'l', '>': 'r', '^': 'c' }[f[0]] || 'l'));
+  const colAlign = P(c, 'ColAlignments').split(',');
+  const align = (col) => colAlign[col] || formatAlign[col] || 'l';
+  const lists = P(c, 'ColComboLists').split('\n');
+  const levels = P(c, 'OutlineLevels').split(',').map(Number);
+  const nodes = P(c, 'OutlineNodes').split(',');
+  const styles = P(c, 'RowStyles').split(',');
+  const outlined = levels.some((l) => l > 0);
+  const firstShown = [...Array(Number(P(c, 'Cols'))).keys()].find((col) => !hiddenCols.has(col));
   const table = el('table');
   const thead = el('thead');
   const tbody = el('tbody');
@@ -658,10 +666,19 @@ function renderGrid(c) {
     if (!header) {
       if (selected.has(r)) tr.classList.add('selected');
       if (r === current) tr.classList.add('current');
+      if (styles[r]) tr.classList.add('style-' + styles[r]);
     }
     cells[r].forEach((text, col) => {
       if (hiddenCols.has(col)) return;
-      const td = el(header ? 'th' : 'td', align[col] || 'l');
+      const td = el(header ? 'th' : 'td', align(col));
+      if (!header && outlined && col === firstShown) {
+        // The outline: indented by level, a box that opens or closes a node's rows.
+        td.style.paddingLeft = `${0.45 + 1.1 * (levels[r] || 0)}rem`;
+        const hasChildren = r + 1 < rows && (levels[r + 1] || 0) > (levels[r] || 0);
+        const box = el('span', 'outline', hasChildren || nodes[r] === 'c' ? (nodes[r] === 'c' ? '\u229e' : '\u229f') : '');
+        box.addEventListener('click', (ev) => { ev.stopPropagation(); act('expand', c.name, String(r)); });
+        td.append(box);
+      }
       const check = /^\[(x| )\]( |$)/.exec(text);
       if (check && !header) {
         const box = el('input');
@@ -675,10 +692,12 @@ function renderGrid(c) {
         });
         td.append(box, text.slice(4));
       } else {
-        td.textContent = text;
+        td.append(text);
       }
       if (!header && r === current && col === currentCol) td.classList.add('cell-current');
-      if (!header && editable) td.addEventListener('dblclick', (ev) => { ev.stopPropagation(); editCell(td, c, r, col, text); });
+      if (!header && editable) {
+        td.addEventListener('dblclick', (ev) => { ev.stopPropagation(); editCell(td, c, r, col, text, lists[col] || ''); });
+      }
       tr.append(td);
     });
     if (!header) {
@@ -706,7 +725,7 @@ function renderGrid(c) {
     if (editable && ev.key === 'F2') {
       ev.preventDefault();
       const td = wrap.querySelector('td.cell-current');
-      if (td) editCell(td, c, current, currentCol, cells[current] ? cells[current][currentCol] : '');
+      if (td) editCell(td, c, current, currentCol, cells[current] ? cells[current][currentCol] : '', lists[currentCol] || '');
       return;
     }
     if (isCharacter(ev)) { ev.preventDefault(); act('key', c.name, ev.key === ' ' ? 'Space' : ev.key); return; }
@@ -716,12 +735,29 @@ function renderGrid(c) {
   return wrap;
 }
 
-function editCell(td, c, row, col, text) {
-  const input = el('input');
+// Edits one cell in place: a list when the column has one ("a|b", items "#key;text", a
+// leading "|" lets the clerk type other text too), a text box otherwise.
+function editCell(td, c, row, col, text, list) {
+  const free = list === '' || list.startsWith('|');
+  const items = list.split('|').filter(Boolean).map((item) => (item.startsWith('#') ? item.slice(item.indexOf(';') + 1) : item));
+  let input;
+  if (free) {
+    input = el('input');
+    if (items.length) {
+      const options = el('datalist');
+      options.id = `list-${c.name}-${col}`;
+      for (const item of items) { const o = el('option'); o.value = item; options.append(o); }
+      td.append(options);
+      input.setAttribute('list', options.id);
+    }
+  } else {
+    input = el('select');
+    for (const item of items) input.append(el('option', '', item));
+  }
   input.value = text;
-  td.replaceChildren(input);
+  td.replaceChildren(...td.querySelectorAll('datalist'), input);
   input.focus();
-  input.select();
+  if (input.select) input.select();
   let done = false;
   const finish = (save) => {
     if (done) return;

@@ -9,6 +9,7 @@
 #include "records/c_customer.h"
 #include "ui/action.h"
 #include "ui/form.h"
+#include "ui/grid.h"
 #include "ui/image.h"
 
 namespace kiv::serve {
@@ -54,6 +55,40 @@ std::string CustomerText(const CCustomer& c) {
   std::string name = !c.CompanyName().empty() && c.LastName().empty() ? c.CompanyName()
                                                                       : c.LastName() + (c.FirstName().empty() ? "" : ", " + c.FirstName());
   return "customer #" + std::to_string(c.CustomerNo()) + " " + name;
+}
+
+std::string Joined(const std::vector<std::string>& items, const char* separator) {
+  std::string out;
+  for (size_t i = 0; i < items.size(); ++i) out += (i ? separator : "") + items[i];
+  return out;
+}
+
+//! What the page needs of a grid beyond its description: each column's alignment and edit
+//! list, each row's outline level, subtotal and collapsed state and style.
+void AddGridLayout(const ui::Grid& grid, ui::ControlNode& node) {
+  std::vector<std::string> align, lists, levels, nodes, styles;
+  for (int c = 0; c < grid.Cols(); ++c) {
+    static const char* const kAlign[] = {"", "l", "c", "r"};
+    align.push_back(kAlign[static_cast<int>(grid.ColAlignment(c))]);
+    lists.push_back(grid.ColComboList(c));
+  }
+  for (int r = 0; r < grid.Rows(); ++r) {
+    levels.push_back(std::to_string(grid.RowOutlineLevel(r)));
+    nodes.push_back(grid.IsCollapsed(r) ? "c" : grid.IsSubtotal(r) ? "s" : "");
+    styles.push_back(grid.RowStyle(r));
+  }
+  node.properties.emplace_back("ColAlignments", Joined(align, ","));
+  node.properties.emplace_back("ColComboLists", Joined(lists, "\n"));
+  node.properties.emplace_back("OutlineLevels", Joined(levels, ","));
+  node.properties.emplace_back("OutlineNodes", Joined(nodes, ","));
+  node.properties.emplace_back("RowStyles", Joined(styles, ","));
+}
+
+void AddLayout(const ui::Form& form, ui::ControlNode& node) {
+  if (node.type == "Grid") {
+    if (const auto* grid = form.FindAs<ui::Grid>(node.name)) AddGridLayout(*grid, node);
+  }
+  for (auto& child : node.children) AddLayout(form, child);
 }
 
 }  // namespace
@@ -212,7 +247,10 @@ std::string WebSession::StateJson() const {
                     ",\"wait\":" + (ui.WaitCursor() ? "true" : "false");
   out += ",\"box\":" + (box_ ? BoxJson(*box_) : std::string("null"));
   ui::Form* form = ui.ActiveForm();
-  out += ",\"form\":" + (form != nullptr ? NodeJson(form->Describe()) : std::string("null"));
+  if (form == nullptr) return out + ",\"form\":null}";
+  ui::ControlNode tree = form->Describe();
+  AddLayout(*form, tree);
+  out += ",\"form\":" + NodeJson(tree);
   return out + "}";
 }
 
