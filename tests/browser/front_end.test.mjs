@@ -217,6 +217,53 @@ test('tab strips, menus with check marks, lists and option groups work from the 
   await context.close();
 });
 
+test('a grid cell is edited from the keyboard with its column\'s list', async () => {
+  const context = await browser.newContext({ bypassCSP: true, viewport: { width: 1280, height: 900 } });
+  const page = await newTab(context);
+  await signIn(page, 'manager');
+  await page.waitForSelector('#home-number');
+  await page.fill('#home-number', '942');
+  await page.keyboard.press('Enter');
+  await waitForForm(page, 'frmCustomerDetail');
+  await page.focus('[data-name=tabCustomer] button.selected');
+  await page.keyboard.press('ArrowRight');
+  await settled(page);
+  assert.equal(await page.textContent('[data-name=tabCustomer] button.selected'), 'Relationships');
+
+  await tabTo(page, 'grdMaster');
+  const header = await page.$$eval('[data-name=grdMaster] th', (ths) => ths.map((th) => th.textContent));
+  const relation = header.indexOf('Relationship');
+  assert.ok(relation > 0, `a Relationship column: ${header}`);
+  await page.keyboard.press('ArrowDown');
+  await settled(page);
+  // The current cell's place among the columns shown; -1 while it sits in a hidden column.
+  const currentColumn = () => page.$$eval('[data-name=grdMaster] td.cell-current',
+    (tds) => (tds.length ? [...tds[0].parentNode.children].indexOf(tds[0]) : -1));
+  for (let i = 0; i < 10 && (await currentColumn()) < relation; i++) {
+    await page.keyboard.press('ArrowRight');
+    await settled(page);
+  }
+  assert.equal(await currentColumn(), relation);
+  const before = await page.$eval('[data-name=grdMaster] td.cell-current', (td) => td.textContent);
+  const member = await page.$eval('[data-name=grdMaster] tr.current', (tr) => tr.children[1].textContent);
+  const relationOf = (first) => page.$$eval('[data-name=grdMaster] tbody tr', (trs, [name, col]) =>
+    trs.find((tr) => tr.children[1].textContent === name).children[col].textContent, [first, relation]);
+  await page.keyboard.press('F2');
+  await page.waitForSelector('[data-name=grdMaster] td select');
+  const choices = await page.$$eval('[data-name=grdMaster] td select option', (os) => os.map((o) => o.textContent));
+  assert.ok(choices.length > 1, 'the column offers its list');
+  await page.keyboard.press(choices.indexOf(before) === 0 ? 'ArrowDown' : 'ArrowUp');
+  const chosen = await page.$eval('[data-name=grdMaster] td select', (e) => e.value);
+  assert.notEqual(chosen, before);
+  await page.keyboard.press('Enter');
+  await settled(page);
+  assert.equal(await page.$('#overlay .msgbox'), null, 'the change was taken without a question');
+  assert.equal(await relationOf(member), chosen, `${member}'s relationship is the one chosen`);
+  await page.screenshot({ path: path.join(outDir, 'relationships.png') });
+  assert.deepEqual(page.errors, []);
+  await context.close();
+});
+
 test('a wrong password is refused slowly and says nothing about which part was wrong', async () => {
   const context = await browser.newContext({ bypassCSP: true });
   const page = await newTab(context);
