@@ -99,6 +99,9 @@ class Server {
             std::chrono::duration<double, std::ratio<60>>(options.idle_minutes))) {
     http_.new_task_queue = [] { return new httplib::ThreadPool(kServerThreads); };
     http_.set_payload_max_length(kMaxBody);
+    // An idle browser connection holds a server thread; it is let go soon, so that many tabs
+    // never leave a request waiting for a thread.
+    http_.set_keep_alive_timeout(2);
     http_.set_default_headers({{"X-Content-Type-Options", "nosniff"},
                                {"X-Frame-Options", "DENY"},
                                {"Referrer-Policy", "no-referrer"},
