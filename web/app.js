@@ -463,8 +463,9 @@ const renderers = {
   },
 
   ComboBox(c) {
-    const e = el('select');
     const items = pairs(P(c, 'Items'));
+    if (P(c, 'Style') === '0') return editableCombo(c, items);
+    const e = el('select');
     const index = Number(P(c, 'ListIndex'));
     items.forEach((item, i) => {
       const o = el('option', '', item.text || '\u00a0');
@@ -592,6 +593,38 @@ const renderers = {
 
   Grid: renderGrid,
 };
+
+// A list the clerk may also type into: the text goes to the screen when the clerk leaves the
+// box or presses a key the screen has a rule for; a text that is an item chooses the item.
+function editableCombo(c, items) {
+  const e = el('input');
+  e.value = P(c, 'Text');
+  e.disabled = !enabled(c);
+  e.autocomplete = 'off';
+  const options = el('datalist');
+  options.id = 'items-' + c.name;
+  for (const item of items) { const o = el('option'); o.value = item.text; options.append(o); }
+  e.setAttribute('list', options.id);
+  let sent = e.value;
+  const commit = () => {
+    if (e.value === sent) return;
+    sent = e.value;
+    const item = items.find((i) => i.text === e.value);
+    if (item) act('choose', c.name, item.key !== '' ? item.key : item.text);
+    else act('paste', c.name, e.value);
+  };
+  e.addEventListener('change', commit);
+  e.addEventListener('focus', focusReport(c));
+  e.addEventListener('keydown', (ev) => {
+    if (isCharacter(ev) || ['Backspace', 'Delete', 'ArrowLeft', 'ArrowRight', 'ArrowUp', 'ArrowDown', 'Home', 'End'].includes(ev.key)) return;
+    if (ev.ctrlKey && ['a', 'c', 'v', 'x', 'z'].includes(ev.key.toLowerCase())) return;
+    commit();
+    sendKeysFrom(ev, c);
+  });
+  const wrap = el('span', 'combo');
+  wrap.append(e, options);
+  return wrap;
+}
 
 function renderUnknown(c) {
   const e = el('div', 'panel');

@@ -147,6 +147,16 @@ test('a validation message box is answered and the editor stays open', async () 
   await settled(page);
   assert.equal(await page.$('#overlay .msgbox'), null);
   assert.equal(await formName(page), 'frmCustomerDetail', 'the refused save keeps the editor open');
+  // A list that takes typed text: the text reaches the screen when the clerk moves on.
+  await tabTo(page, 'cmbCountry');
+  const country = page.locator('[data-name=cmbCountry] input');
+  assert.equal(await country.inputValue(), 'CAN');
+  await page.keyboard.press('Control+A');
+  await page.keyboard.type('NOR');
+  await page.keyboard.press('Tab');
+  await settled(page);
+  assert.equal(await country.inputValue(), 'NOR');
+  assert.notEqual(await focused(page), 'cmbCountry', 'Tab moved on');
   // A label's underlined letter takes the focus to its field, through the form's own focus.
   await page.keyboard.press('Alt+N');
   await settled(page);
