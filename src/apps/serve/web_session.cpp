@@ -152,7 +152,7 @@ std::optional<Command> WebSession::Next() {
 void WebSession::Run() {
   while (auto command = Next()) {
     switch (command->kind) {
-      case Command::Kind::Call: outcome_ = ApplyCall(*command); break;
+      case Command::Kind::Call: outcome_ = Guarded([&] { return ApplyCall(*command); }); break;
       case Command::Kind::Act: outcome_ = {409, "No screen is open; choose one from the home page."}; break;
       case Command::Kind::Answer: outcome_ = {409, "No message box is showing."}; break;
       default: break;
@@ -168,7 +168,7 @@ void WebSession::DriveModal(ui::Form& form) {
     auto command = Next();
     if (!command) return;  // stopping: the Ui hides the form
     switch (command->kind) {
-      case Command::Kind::Act: outcome_ = ApplyAct(form, *command); break;
+      case Command::Kind::Act: outcome_ = Guarded([&] { return ApplyAct(form, *command); }); break;
       case Command::Kind::Call: outcome_ = {409, "Close the open screen first."}; break;
       case Command::Kind::Answer: outcome_ = {409, "No message box is showing."}; break;
       default: break;
@@ -193,6 +193,18 @@ std::optional<ui::MsgBoxResult> WebSession::Unanswered(const kivcust::ShownBox& 
   }
   box_.reset();
   return std::nullopt;  // stopping: the harmless button
+}
+
+WebSession::Outcome WebSession::Guarded(const std::function<Outcome()>& body) {
+  // Screen code reports its own errors; anything that still escapes is told to this tab
+  // alone, and the server and the other tabs go on.
+  try {
+    return body();
+  } catch (const std::exception& e) {
+    return {500, std::string("The screen stopped on an unexpected error: ") + e.what()};
+  } catch (...) {
+    return {500, "The screen stopped on an unexpected error."};
+  }
 }
 
 WebSession::Outcome WebSession::ApplyAct(ui::Form& form, const Command& command) {

@@ -7,6 +7,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -67,6 +68,8 @@ class WebSession : public kivcust::ModalDriver {
   void Run();
   //! Publishes the state, then waits for the next command; nullopt when the session stops.
   std::optional<Command> Next();
+  //! Runs `body`, turning an exception that escaped the screens into a 500 for this tab.
+  Outcome Guarded(const std::function<Outcome()>& body);
   Outcome ApplyAct(ui::Form& form, const Command& command);
   Outcome ApplyCall(const Command& command);
   std::string StateJson() const;
