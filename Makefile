@@ -25,9 +25,12 @@ build: configure
 test: build
 	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 
+# The screens in a browser on the demo database; prints the address to open (Ctrl+C stops).
+# DEMO_ARGS passes serve options (--port N, --bind ADDR); `kivcust repl` is the typed mode.
+DEMO_ARGS ?=
 demo: configure
 	@cmake --build $(BUILD) --target kivcust -j $(JOBS)
-	@$(BUILD)/kivcust repl
+	@$(BUILD)/kivcust serve $(DEMO_ARGS)
 
 # BENCH_ARGS passes options to run_bench (--rebuild, --repetitions N, --min-time S,
 # --customers N, --benchmark_filter=...).
@@ -35,8 +38,9 @@ BENCH_ARGS ?=
 bench: bootstrap
 	@cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release \
 		-DKIV_BUILD_BENCH=ON -DKIV_BUILD_TESTS=OFF >/dev/null
-	@cmake --build build-bench --target run_bench -j $(JOBS)
+	@cmake --build build-bench --target run_bench serve_bench -j $(JOBS)
 	@build-bench/bench/run_bench $(BENCH_ARGS)
+	@build-bench/bench/serve_bench
 
 # Fuzz targets with clang's libFuzzer in build-fuzz, each run FUZZ_SECONDS; not part of `test`.
 FUZZ_SECONDS ?= 60

@@ -15,6 +15,7 @@
 #include "apps/kivcust/interpreter.h"
 #include "apps/kivcust/repl.h"
 #include "apps/kivcust/session.h"
+#include "apps/serve/web_server.h"
 #include "host/host_error.h"
 #include "refhost/demo_data.h"
 #include "refhost/ref_host.h"
@@ -153,6 +154,12 @@ int RunProgram(int argc, char** argv) {
   auto* open_cmd = app.add_subcommand("open", "print a customer's fields and addresses");
   open_cmd->add_option("N", customer_no, "customer number")->required();
 
+  serve::ServeOptions serve;
+  auto* serve_cmd = app.add_subcommand("serve", "serve the screens to a browser");
+  serve_cmd->add_option("--bind", serve.bind, "address to listen on")->capture_default_str();
+  serve_cmd->add_option("--port", serve.port, "port to listen on (0: any free one)")->capture_default_str()->check(CLI::Range(0, 65535));
+  serve_cmd->add_option("--idle-minutes", serve.idle_minutes, "sign a tab out after this long without a request")->capture_default_str()->check(CLI::PositiveNumber);
+
   CLI11_PARSE(app, argc, argv);
 
   try {
@@ -178,6 +185,11 @@ int RunProgram(int argc, char** argv) {
     options.today = ParseToday(today);
     if (run_cmd->parsed()) return RunScripts(options, scripts);
     if (open_cmd->parsed()) return OpenOne(options, open_no);
+    if (serve_cmd->parsed()) {
+      serve.db_path = db;
+      serve.today = options.today;
+      return serve::RunServer(serve, std::cout);
+    }
     if (repl_cmd->parsed()) {
       Session session(options);
       return RunRepl(session, std::cin, std::cout);
