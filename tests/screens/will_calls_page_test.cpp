@@ -95,7 +95,7 @@ TEST(WillCallsPage, PrintHandsTheRegisterToTheWillCallScreenAndReadsTheListAgain
   rig.Do(ActionKind::Click, "cmdButton1");
   EXPECT_TRUE(rig.ui->Boxes().empty());
   EXPECT_EQ(rig.host.app->WillCallCreations(), 1u) << "the object is kept for the next print";
-  EXPECT_EQ(rig.will_call->app_server, rig.host.app);
+  EXPECT_EQ(rig.will_call->app_server.lock(), rig.host.app);
   ASSERT_EQ(rig.will_call->CountOf("ShowWillCallScreen"), 2u);
   const std::vector<test::ServiceCall>& calls = rig.will_call->Calls();
   EXPECT_EQ(calls.back().args, (std::vector<Variant>{42, "R9", 77, 5, 9}));

@@ -79,7 +79,8 @@ class ScriptedWillCall : public host::WillCallService, public ServiceRecorder {
   bool ShowWillCallScreen(int32_t customer_no, const std::string& register_id, int32_t control_no,
                           int32_t will_call_no, int32_t access_no) override;
   //! The application server it was given last.
-  std::shared_ptr<host::AppServer> app_server;
+  //! Weak: the scripted application server keeps this object, so a strong link would be a cycle.
+  std::weak_ptr<host::AppServer> app_server;
 };
 
 //! Reports: only the keys defined with Define() are found. PrintReport records the key,
