@@ -239,10 +239,26 @@ function renderForm(form) {
   const menus = form.children.filter((c) => c.type === 'MenuItem' && shown(c));
   if (menus.length) win.append(renderMenuBar(menus));
   const body = el('div', 'body');
-  renderChildren(body, form.children.filter((c) => c.type !== 'MenuItem' && c.type !== 'StatusBar'));
+  renderChildren(body, dialogButtonsLast(form.children.filter((c) => c.type !== 'MenuItem' && c.type !== 'StatusBar')));
   win.append(body);
   for (const bar of form.children.filter((c) => c.type === 'StatusBar' && shown(c))) win.append(renderStatusBar(bar));
   return win;
+}
+
+// The run of buttons holding the form's default or cancel button (OK, Save, Cancel...) goes
+// to the bottom of the window, below whatever a page added to the form after it.
+function dialogButtonsLast(children) {
+  const isDialogButton = (c) => c.type === 'CommandButton' && (isTrue(P(c, 'Default')) || isTrue(P(c, 'Cancel')));
+  const at = children.findIndex((c) => isDialogButton(c) && shown(c));
+  if (at < 0) return children;
+  let first = at;
+  let last = at;
+  const button = (i) => children[i] && children[i].type === 'CommandButton';
+  while (button(first - 1)) first--;
+  while (button(last + 1)) last++;
+  if (last === children.length - 1) return children;
+  const run = children.slice(first, last + 1);
+  return [...children.slice(0, first), ...children.slice(last + 1), ...run];
 }
 
 // Lays out a container's children: runs of fields in a two-column grid, runs of buttons in a
