@@ -589,8 +589,9 @@ const renderers = {
   Image(c) {
     const e = el('div', 'image');
     const pic = P(c, 'Picture');
+    // An image without a picture (an indicator with no icon set) takes no room.
     if (pic === '(none)' || pic === '') {
-      e.textContent = 'No photo';
+      e.classList.add('empty');
       return e;
     }
     e.textContent = '…';
@@ -598,7 +599,7 @@ const renderers = {
       headers: { 'X-Kiv-Tab': tabId },
     }).then((r) => (r.ok ? r.blob() : null)).then((blob) => {
       e.textContent = '';
-      if (!blob) { e.textContent = 'No photo'; return; }
+      if (!blob) { e.classList.add('empty'); return; }
       const img = el('img');
       img.alt = 'Photograph';
       img.src = URL.createObjectURL(blob);

@@ -4,6 +4,7 @@
 #include "refhost/demo_data.h"
 #include "refhost/demo_data_duplicates.h"
 #include "refhost/demo_data_forecast.h"
+#include "refhost/demo_data_photos.h"
 #include "refhost/demo_data_money.h"
 
 #include <sqlite3.h>
@@ -753,6 +754,7 @@ DemoSummary BuildDemoData(sqlite3* db, const DemoOptions& options) {
     for (const auto& [name, sql] : indexes) Exec(db, sql);
     AddDemoDuplicates(db, options.seed);
     BuildForecastAndRentalDemo(db, options.seed);
+    AddDemoPhotos(db, options.seed);
     Exec(db, "COMMIT");
     Exec(db, "ANALYZE");
     return summary;
