@@ -8,6 +8,7 @@
 #include "host/db_patterns.h"
 #include "records/c_customer.h"
 #include "ui/keys.h"
+#include "ui/label.h"
 #include "ui/wait_cursor.h"
 
 namespace kiv {
@@ -23,6 +24,9 @@ frmDeDup::frmDeDup()
       cmdOK(Add<ui::CommandButton>("cmdOK", "OK")),
       cmdCancel(Add<ui::CommandButton>("cmdCancel", "&Cancel")) {
   SetCaption("Merge Customer");
+  // Captions for the two number fields, so a clerk sees which number goes where.
+  AddIn<ui::Label>(fraFromCustomer, "lblFromCustomer", "&From No.:");
+  AddIn<ui::Label>(fraToCustomer, "lblToCustomer", "&Into No.:");
   for (ui::TextBox* info : {&txtFromCustomerInfo, &txtToCustomerInfo}) {
     info->SetMultiLine(true);
     info->SetLocked(true);
