@@ -278,7 +278,11 @@ function renderChildren(container, children) {
   const used = new Set();
   for (const c of children) {
     if (c.type !== 'Label') continue;
-    const mate = children.find((o) => o !== c && o.type !== 'Label' && suffix(o) === suffix(c));
+    // A label names the control it captions ("Buddy"); otherwise the names' endings pair them.
+    const buddy = P(c, 'Buddy');
+    const mate = buddy
+      ? children.find((o) => o.name === buddy)
+      : children.find((o) => o !== c && o.type !== 'Label' && suffix(o) === suffix(c));
     if (mate && !labelFor.has(mate.name)) { labelFor.set(mate.name, c); used.add(c.name); }
   }
   let fields = null;
@@ -295,7 +299,7 @@ function renderChildren(container, children) {
       if (!fields) { buttons = null; fields = el('div', 'fields'); container.append(fields); }
       const label = labelFor.get(c.name);
       const control = renderControl(c);
-      if (c.type === 'Label') { control.classList.add('note'); fields.append(control); continue; }
+      if (c.type === 'Label' && !label) { control.classList.add('note'); fields.append(control); continue; }
       if (c.type === 'CheckBox') { control.classList.add('check'); fields.append(control); continue; }
       const cap = el('label', 'caption');
       if (label) {

@@ -3,6 +3,10 @@
 
 namespace kiv::ui {
 
-Label::Label(std::string name, std::string caption) : CaptionedControl(std::move(name), "Label", std::move(caption)) {}
+Label::Label(std::string name, std::string caption) : CaptionedControl(std::move(name), "Label", std::move(caption)) {
+  RegisterProperty("Buddy", [this] { return buddy_; });
+}
+
+void Label::SetBuddy(const Control& control) { buddy_ = control.Name(); }
 
 }  // namespace kiv::ui

@@ -237,5 +237,17 @@ TEST_F(FormTest, ControlNamesAreUniqueWithoutRegardToCase) {
   }
 }
 
+TEST_F(FormTest, ALabelNamesTheControlItCaptionsInTheDescription) {
+  label.SetBuddy(second);
+  const ControlNode node = form.Describe();
+  const ControlNode* described = node.FindChild("lblNote");
+  ASSERT_NE(described, nullptr);
+  ASSERT_NE(described->Property("Buddy"), nullptr);
+  EXPECT_EQ(*described->Property("Buddy"), "txtSecond");
+  const ControlNode* alone = node.FindChild("txtFirst");
+  ASSERT_NE(alone, nullptr);
+  EXPECT_EQ(alone->Property("Buddy"), nullptr) << "only a label has one";
+}
+
 }  // namespace
 }  // namespace kiv::ui

@@ -68,20 +68,37 @@ frmForecast::frmForecast()
 }
 
 void frmForecast::AddCaptions() {
-  const std::pair<const char*, const char*> captions[] = {
-      {"lblForecastNoCaption", "Forecast #:"},   {"lblCustomerNameCaption", "Group:"},
-      {"lblSOCaption", "Sales Orders:"},         {"lblPropertyCaption", "Property:"},
-      {"lblTypeCaption", "Type:"},               {"lblSegmentCaption", "Segment:"},
-      {"lblAorSCaption", "A or S:"},             {"lblCategoryCaption", "Category:"},
-      {"lblCountryCaption", "Country:"},         {"lblArrivalCaption", "Arrival:"},
-      {"lblDepartureCaption", "Departure:"},     {"lblPeopleCaption", "People:"},
-      {"lblNightsCaption", "Nights:"},           {"lblSkierDaysCaption", "Proj Skier Days:"},
-      {"lblDayRateCaption", "Day Rate:"},        {"lblCommissionCaption", "Comm Rate %:"},
-      {"lblGrossCaption", "Proj Gross:"},        {"lblNetCaption", "Proj Net:"},
-      {"lblOriginCaption", "St of Origin:"},     {"lblManagerCaption", "Manager:"},
-      {"lbl2ndManagerCaption", "2nd Manager:"},  {"lblSourceCaption", "Source:"},
-      {"lblDateEnteredCaption", "Entered:"},     {"lblLastEditedCaption", "Last Edited:"}};
-  for (const auto& [name, caption] : captions) Add<ui::Label>(name, caption);
+  struct Caption {
+    const char* name;
+    const char* caption;
+    const ui::Control& captions;
+  };
+  const Caption captions[] = {
+      {"lblForecastNoCaption", "Forecast #:", lblForecastNo},
+      {"lblCustomerNameCaption", "Group:", lblCustomerName},
+      {"lblSOCaption", "Sales Orders:", lblSO},
+      {"lblPropertyCaption", "Property:", cmbProperty},
+      {"lblTypeCaption", "Type:", cmbType},
+      {"lblSegmentCaption", "Segment:", cmbSegment},
+      {"lblAorSCaption", "A or S:", cmbAorS},
+      {"lblCategoryCaption", "Category:", cmbCategory},
+      {"lblCountryCaption", "Country:", cmbCountry},
+      {"lblArrivalCaption", "Arrival:", dtArrivalDate},
+      {"lblDepartureCaption", "Departure:", dtDepartureDate},
+      {"lblPeopleCaption", "People:", txtPeople},
+      {"lblNightsCaption", "Nights:", txtNights},
+      {"lblSkierDaysCaption", "Proj Skier Days:", txtProjectedSkierDays},
+      {"lblDayRateCaption", "Day Rate:", txtDayRate},
+      {"lblCommissionCaption", "Comm Rate %:", txtCommissionRate},
+      {"lblGrossCaption", "Proj Gross:", lblProjectedGross},
+      {"lblNetCaption", "Proj Net:", lblProjectedNet},
+      {"lblOriginCaption", "St of Origin:", txtStateOfOrigin},
+      {"lblManagerCaption", "Manager:", txtManager},
+      {"lbl2ndManagerCaption", "2nd Manager:", txt2ndManager},
+      {"lblSourceCaption", "Source:", txtSource},
+      {"lblDateEnteredCaption", "Entered:", lblDateEntered},
+      {"lblLastEditedCaption", "Last Edited:", lblLastEditedOn}};
+  for (const Caption& c : captions) Add<ui::Label>(c.name, c.caption).SetBuddy(c.captions);
 }
 
 void frmForecast::WireEvents() {
