@@ -165,6 +165,15 @@ void Check(sqlite3* db, int rc, const char* what) {
   throw DemoDataError(std::string(what) + ": " + sqlite3_errmsg(db));
 }
 
+//! The first column of the query's first row as a whole number.
+int64_t ScalarOf(sqlite3* db, const char* sql) {
+  sqlite3_stmt* stmt = nullptr;
+  Check(db, sqlite3_prepare_v2(db, sql, -1, &stmt, nullptr), sql);
+  int64_t value = sqlite3_step(stmt) == SQLITE_ROW ? sqlite3_column_int64(stmt, 0) : 0;
+  sqlite3_finalize(stmt);
+  return value;
+}
+
 void Exec(sqlite3* db, const std::string& sql) {
   char* message = nullptr;
   int rc = sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &message);
@@ -753,6 +762,7 @@ DemoSummary BuildDemoData(sqlite3* db, const DemoOptions& options) {
     BuildReservationDemo(db);
     for (const auto& [name, sql] : indexes) Exec(db, sql);
     AddDemoDuplicates(db, options.seed);
+    summary.duplicates = static_cast<int32_t>(ScalarOf(db, "SELECT COUNT(*) FROM kiv_customer")) - summary.customers;
     BuildForecastAndRentalDemo(db, options.seed);
     AddDemoPhotos(db, options.seed);
     Exec(db, "COMMIT");

@@ -22,6 +22,8 @@ struct DemoSummary {
   int32_t households = 0;
   int32_t addresses = 0;
   int32_t zip_codes = 0;
+  //! Persons entered a second time on purpose, numbered after `customers`.
+  int32_t duplicates = 0;
 };
 
 //! The three demo users: every permission, a clerk, and a user holding none.

@@ -58,7 +58,8 @@ void InitDemo(const std::string& path, const InitOptions& options, std::ostream&
   fs::rename(part, path);
   double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count();
   out << "demo database " << path << ": " << summary.customers << " customers (" << summary.companies
-      << " companies, " << summary.households << " households), " << summary.addresses << " addresses, "
+      << " companies, " << summary.households << " households) and " << summary.duplicates
+      << " deliberate duplicates, " << summary.addresses << " addresses, "
       << summary.zip_codes << " postal codes in " << std::fixed << std::setprecision(1) << seconds << " s\n"
       << "users: " << refhost::kDemoManager << " (every right), " << refhost::kDemoClerk << ", "
       << refhost::kDemoViewer << " (read only)\n";
