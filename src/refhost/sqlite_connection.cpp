@@ -159,9 +159,15 @@ void SqliteConnection::CheckUnit() {
   if (!unit_) throw HostError(kErrDatabase, "Nothing was saved: " + unit_failure_);
 }
 
-void SqliteConnection::Guard(const std::string& sent, const std::string& prepared) const {
-  std::string refusal = StatementGuard::Standard().Refusal(sent, prepared);
-  if (!refusal.empty()) throw HostError(kErrDatabase, refusal);
+void SqliteConnection::Guard(std::string& sent, ParameterizedSql& prepared) const {
+  const StatementGuard& guard = StatementGuard::Standard();
+  std::string refusal = guard.Refusal(sent, prepared.text);
+  if (refusal.empty()) return;
+  std::string meant = guard.AsMeant(sent);
+  if (meant == sent) throw HostError(kErrDatabase, refusal);
+  // AsMeant answers only with a statement the guard lets run.
+  sent = std::move(meant);
+  prepared = ParameterizeLiterals(TranslateSql(sent));
 }
 
 void SqliteConnection::Emit(const TraceEvent& event) const {
@@ -187,9 +193,9 @@ std::shared_ptr<host::Recordset> SqliteConnection::OpenRead(const char* operatio
   TraceEvent event{operation, sql};
   try {
     // Texts that differ only in a number (a customer's address list) share one statement.
-    const std::string meant = StatementGuard::Standard().AsMeant(sql);
+    std::string meant = sql;
     ParameterizedSql translated = ParameterizeLiterals(TranslateSql(meant));
-    Guard(meant, translated.text);
+    Guard(meant, translated);
     RowSet rows;
     {
       SqliteDatabase::ComponentStatements own(*db_);
@@ -224,14 +230,16 @@ std::shared_ptr<host::Recordset> SqliteConnection::OpenUpdatableRecordset(const 
   TraceEvent event{"OpenUpdatableRecordset", sql};
   try {
     CheckUnit();
-    const std::string meant = StatementGuard::Standard().AsMeant(sql);
+    std::string meant = sql;
     std::string translated = TranslateSql(meant);
     if (FirstWord(translated) != "SELECT") {
       error = true;
       Fail(event, kErrDatabase, "An updatable recordset needs a SELECT statement.", nullptr);
       return nullptr;
     }
-    Guard(meant, ParameterizeLiterals(translated).text);
+    ParameterizedSql guarded = ParameterizeLiterals(translated);
+    Guard(meant, guarded);
+    if (meant != sql) translated = TranslateSql(meant);
     size_t at = translated.find_first_not_of(" \t\r\n");
     std::string with_rowid = translated.substr(0, at + 6) + " rowid AS kiv__rowid," + translated.substr(at + 6);
     std::shared_ptr<host::Recordset> result;
@@ -268,7 +276,7 @@ void SqliteConnection::ExecuteSQL(const std::string& sql, bool& error, Variant& 
   TraceEvent event{"ExecuteSQL", sql};
   try {
     CheckUnit();
-    const std::string meant = StatementGuard::Standard().AsMeant(sql);
+    std::string meant = sql;
     std::string translated = TranslateSql(meant);
     std::string word = FirstWord(translated);
     if (word != "UPDATE" && word != "DELETE" && word != "INSERT" && word != "SELECT" && word != "WITH") {
@@ -277,7 +285,7 @@ void SqliteConnection::ExecuteSQL(const std::string& sql, bool& error, Variant& 
       return;
     }
     ParameterizedSql parameterized = ParameterizeLiterals(std::move(translated));
-    Guard(meant, parameterized.text);
+    Guard(meant, parameterized);
     int changed = 0;
     {
       SqliteDatabase::ComponentStatements own(*db_);

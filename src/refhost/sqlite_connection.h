@@ -7,6 +7,7 @@
 
 #include "host/db_connection.h"
 #include "host/error_object.h"
+#include "refhost/dialect.h"
 #include "refhost/procedure_registry.h"
 #include "refhost/read_rows.h"
 #include "refhost/sqlite_database.h"
@@ -70,8 +71,10 @@ class SqliteConnection : public host::DBConnection {
   void Fail(TraceEvent& event, int32_t number, const std::string& description,
             const std::shared_ptr<host::Command>& command);
   void Emit(const TraceEvent& event) const;
-  //! Throws HostError when a text in `sent` changed the form of the statement `prepared`.
-  void Guard(const std::string& sent, const std::string& prepared) const;
+  //! Refuses (HostError) a statement the guard does not let run as `prepared`, unless it is
+  //! one of the component's own with a clerk's quoted text at its end: then `sent` and
+  //! `prepared` become that statement with the text taken as one value.
+  void Guard(std::string& sent, ParameterizedSql& prepared) const;
   //! Throws the reason when this call belongs to a unit whose transaction could not start.
   void CheckUnit();
 
