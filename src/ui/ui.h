@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace kiv::ui {
 
@@ -29,6 +30,10 @@ enum MsgBoxResult : int32_t { vbOK = 1, vbCancel = 2, vbAbort = 3, vbRetry = 4, 
 
 //! The first button of a box of the given style (what a box answers when nobody is there).
 MsgBoxResult FirstButton(int32_t style);
+//! The buttons a message box of this style shows, left to right.
+std::vector<MsgBoxResult> BoxButtons(int32_t style);
+//! The icon of the style: "critical", "question", "exclamation", "information", or empty.
+std::string BoxIconName(int32_t style);
 
 class Ui {
  public:

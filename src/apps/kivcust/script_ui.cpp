@@ -17,20 +17,9 @@ constexpr Button kButtons[] = {{ui::vbOK, "OK"},       {ui::vbCancel, "Cancel"},
                                {ui::vbRetry, "Retry"}, {ui::vbIgnore, "Ignore"}, {ui::vbYes, "Yes"},
                                {ui::vbNo, "No"}};
 
-std::vector<ui::MsgBoxResult> ButtonsOf(int32_t style) {
-  switch (style & 0xF) {
-    case ui::vbOKCancel: return {ui::vbOK, ui::vbCancel};
-    case ui::vbAbortRetryIgnore: return {ui::vbAbort, ui::vbRetry, ui::vbIgnore};
-    case ui::vbYesNoCancel: return {ui::vbYes, ui::vbNo, ui::vbCancel};
-    case ui::vbYesNo: return {ui::vbYes, ui::vbNo};
-    case ui::vbRetryCancel: return {ui::vbRetry, ui::vbCancel};
-    default: return {ui::vbOK};
-  }
-}
-
 //! What a box answers when the run fails on it: the harmless way out, never a Yes.
 ui::MsgBoxResult SafeAnswer(int32_t style) {
-  auto buttons = ButtonsOf(style);
+  auto buttons = ui::BoxButtons(style);
   for (auto safe : {ui::vbCancel, ui::vbNo, ui::vbOK, ui::vbAbort})
     if (std::find(buttons.begin(), buttons.end(), safe) != buttons.end()) return safe;
   return buttons.front();
@@ -56,20 +45,14 @@ std::string AnswerText(ui::MsgBoxResult answer) {
 }
 
 bool StyleHasButton(int32_t style, ui::MsgBoxResult answer) {
-  auto buttons = ButtonsOf(style);
+  auto buttons = ui::BoxButtons(style);
   return std::find(buttons.begin(), buttons.end(), answer) != buttons.end();
 }
 
 std::string DescribeBox(const ShownBox& box) {
-  std::string icon;
-  switch (box.style & 0x70) {
-    case ui::vbCritical: icon = "critical"; break;
-    case ui::vbQuestion: icon = "question"; break;
-    case ui::vbExclamation: icon = "exclamation"; break;
-    case ui::vbInformation: icon = "information"; break;
-    default: icon = "no icon";
-  }
-  auto buttons = ButtonsOf(box.style);
+  std::string icon = ui::BoxIconName(box.style);
+  if (icon.empty()) icon = "no icon";
+  auto buttons = ui::BoxButtons(box.style);
   size_t default_index = static_cast<size_t>((box.style & 0xF00) >> 8);
   std::string text = "message box \"" + box.title + "\" (" + icon + "): \"" + box.prompt + "\" [";
   for (size_t i = 0; i < buttons.size(); ++i) {

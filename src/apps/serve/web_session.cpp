@@ -15,37 +15,11 @@
 namespace kiv::serve {
 namespace {
 
-struct BoxButton {
-  ui::MsgBoxResult answer;
-  const char* text;
-};
-
-std::vector<ui::MsgBoxResult> ButtonsOf(int32_t style) {
-  switch (style & 0xF) {
-    case ui::vbOKCancel: return {ui::vbOK, ui::vbCancel};
-    case ui::vbAbortRetryIgnore: return {ui::vbAbort, ui::vbRetry, ui::vbIgnore};
-    case ui::vbYesNoCancel: return {ui::vbYes, ui::vbNo, ui::vbCancel};
-    case ui::vbYesNo: return {ui::vbYes, ui::vbNo};
-    case ui::vbRetryCancel: return {ui::vbRetry, ui::vbCancel};
-    default: return {ui::vbOK};
-  }
-}
-
-std::string IconOf(int32_t style) {
-  switch (style & 0x70) {
-    case ui::vbCritical: return "critical";
-    case ui::vbQuestion: return "question";
-    case ui::vbExclamation: return "exclamation";
-    case ui::vbInformation: return "information";
-    default: return "";
-  }
-}
-
 std::string BoxJson(const kivcust::ShownBox& box) {
-  auto buttons = ButtonsOf(box.style);
+  auto buttons = ui::BoxButtons(box.style);
   size_t default_index = std::min(static_cast<size_t>((box.style & 0xF00) >> 8), buttons.size() - 1);
   std::string out = "{\"prompt\":" + JsonString(box.prompt) + ",\"title\":" + JsonString(box.title) +
-                    ",\"icon\":" + JsonString(IconOf(box.style)) + ",\"default\":" + std::to_string(default_index) +
+                    ",\"icon\":" + JsonString(ui::BoxIconName(box.style)) + ",\"default\":" + std::to_string(default_index) +
                     ",\"buttons\":[";
   for (size_t i = 0; i < buttons.size(); ++i) out += (i ? "," : "") + JsonString(kivcust::AnswerText(buttons[i]));
   return out + "]}";
