@@ -67,10 +67,7 @@ std::string ForecastPage::CellText(const std::string& text) {
 }
 
 void ForecastPage::Activate(frmCustomerDetail& screen) {
-  screen.cmdButton1.SetCaption("&Add Forecast");
-  screen.cmdButton2.SetCaption("Remove Forecast");
-  screen.cmdButton3.SetCaption("Complimentary Days...");
-  for (ui::CommandButton* b : {&screen.cmdButton1, &screen.cmdButton2, &screen.cmdButton3}) b->SetVisible(true);
+  screen.ShowPageButtons({"&Add Forecast", "Remove Forecast", "Complimentary Days..."});
   screen.cmdButton1.SetEnabled(screen.CanEdit());
   screen.cmdButton2.SetEnabled(screen.CanEdit());
   ui::Grid& grid = screen.grdMaster;

@@ -4,6 +4,7 @@
 #pragma once
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -61,6 +62,9 @@ class frmCustomerDetail : public Screen {
   bool DisableWillcall() const { return disable_willcall_; }
   //! Adds a page; the editor owns it from here on.
   void RegisterPage(std::unique_ptr<DetailPage> page);
+  //! Captions and shows cmdButton1, cmdButton2... in order for the active page, each
+  //! enabled or not as given; the buttons past the captions stay hidden.
+  void ShowPageButtons(std::initializer_list<const char*> captions, bool enabled = true);
   const std::vector<std::unique_ptr<DetailPage>>& Pages() const { return pages_; }
 
   // ---- filling ----

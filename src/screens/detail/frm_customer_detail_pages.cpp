@@ -3,6 +3,9 @@
 // per filling, Refresh reloads the active page, and dirty pages save in the fixed order.
 #include "screens/detail/frm_customer_detail.h"
 
+#include <cassert>
+#include <iterator>
+
 namespace kiv {
 
 void frmCustomerDetail::RegisterPage(std::unique_ptr<DetailPage> page) {
@@ -67,6 +70,18 @@ void frmCustomerDetail::ShowPage(int tab_index) {
     if (page_loaded_[i]) continue;
     page_loaded_[i] = true;
     pages_[i]->Load(*this);
+  }
+}
+
+void frmCustomerDetail::ShowPageButtons(std::initializer_list<const char*> captions, bool enabled) {
+  ui::CommandButton* const buttons[] = {&cmdButton1, &cmdButton2, &cmdButton3};
+  assert(captions.size() <= std::size(buttons) && "a page has three buttons at most");
+  size_t i = 0;
+  for (const char* caption : captions) {
+    buttons[i]->SetCaption(caption);
+    buttons[i]->SetVisible(true);
+    buttons[i]->SetEnabled(enabled);
+    ++i;
   }
 }
 

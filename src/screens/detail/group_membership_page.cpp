@@ -37,13 +37,7 @@ bool GroupMembershipPage::Showing(const frmCustomerDetail& screen) const {
 }
 
 void GroupMembershipPage::Activate(frmCustomerDetail& screen) {
-  const std::pair<ui::CommandButton*, const char*> buttons[] = {{&screen.cmdButton1, "Add Group"},
-                                                                {&screen.cmdButton2, "Remove Group"}};
-  for (const auto& [button, caption] : buttons) {
-    button->SetCaption(caption);
-    button->SetVisible(true);
-    button->SetEnabled(screen.CanEditProfile());
-  }
+  screen.ShowPageButtons({"Add Group", "Remove Group"}, screen.CanEditProfile());
   ui::Grid& grid = screen.grdDetail;
   grid.SetFormatString(kFormatString);
   grid.SetSelectionMode(ui::flexSelectionByRow);

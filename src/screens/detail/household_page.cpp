@@ -78,14 +78,7 @@ RefreshConfirmation HouseholdPage::RefreshQuestion() const {
 void HouseholdPage::Activate(frmCustomerDetail& screen) {
   // A company has employees, not a household: its page is the employer part alone.
   if (IsCompany(screen)) return;
-  const std::pair<ui::CommandButton*, const char*> buttons[] = {{&screen.cmdButton1, "&Add Family Member"},
-                                                                {&screen.cmdButton2, "Add Existing &Customer"},
-                                                                {&screen.cmdButton3, "Remove Member"}};
-  for (const auto& [button, caption] : buttons) {
-    button->SetCaption(caption);
-    button->SetVisible(true);
-    button->SetEnabled(screen.CanEdit());
-  }
+  screen.ShowPageButtons({"&Add Family Member", "Add Existing &Customer", "Remove Member"}, screen.CanEdit());
   ui::Grid& grid = screen.grdMaster;
   grid.SetFormatString(kFormatString);
   for (int col : {kColState, kColCustomerNo, kColOrigPrimary}) grid.SetColHidden(col, true);

@@ -34,8 +34,7 @@ std::unique_ptr<RentalPage> RentalPage::Attached(frmCustomerDetail& screen) {
 }
 
 void RentalPage::Activate(frmCustomerDetail& screen) {
-  screen.cmdButton1.SetCaption("Reprint Rental Contract...");
-  screen.cmdButton1.SetVisible(true);
+  screen.ShowPageButtons({"Reprint Rental Contract..."});
   ui::Grid& grid = screen.grdMaster;
   grid.SetFormatString(kGridFormat);
   grid.SetSelectionMode(ui::flexSelectionByRow);

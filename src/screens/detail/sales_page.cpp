@@ -42,8 +42,7 @@ void SalesPage::Reset() {
 }
 
 void SalesPage::Activate(frmCustomerDetail& screen) {
-  screen.cmdButton1.SetCaption("&Invoice");
-  screen.cmdButton1.SetVisible(true);
+  screen.ShowPageButtons({"&Invoice"});
   ui::Grid& lines = screen.grdMaster;
   lines.SetVisible(true);
   lines.SetSelectionMode(ui::flexSelectionListBox);

@@ -21,9 +21,7 @@ GridFill WillCallFill() {
 int WillCallsPage::TabIndex() const { return frmCustomerDetail::kTabWillCalls; }
 
 void WillCallsPage::Activate(frmCustomerDetail& screen) {
-  screen.cmdButton1.SetCaption("Print");
-  screen.cmdButton1.SetVisible(true);
-  screen.cmdButton1.SetEnabled(!screen.DisableWillcall());
+  screen.ShowPageButtons({"Print"}, !screen.DisableWillcall());
   ui::Grid& grid = screen.grdMaster;
   grid.SetFormatString(kWillCallFormat);
   grid.SetSelectionMode(ui::flexSelectionByRow);
